@@ -1,0 +1,30 @@
+#ifndef ORVACAT_COMPONENTSTRINGS_H
+#define ORVACAT_COMPONENTSTRINGS_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QMap>
+#include <QString>
+
+/**
+ * The localized captions of the toolkit's own widgets ("ok", "cancel",
+ * "month_jan", ...). The host installs a table for its language; a missing
+ * key is answered with the key itself.
+ */
+class ORVACAT_EXPORT ComponentStrings
+{
+public:
+    ComponentStrings();
+
+    static ComponentStrings* getInstance();
+
+    /** Replaces the whole table (keys of an earlier table are gone). */
+    void installStrings(const QMap<QString, QString>& strings);
+    /** The caption under @p key, or @p key itself with a warning. */
+    QString getString(const QString& key);
+
+private:
+    QMap<QString, QString> m_strings;
+};
+
+#endif // ORVACAT_COMPONENTSTRINGS_H

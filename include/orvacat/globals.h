@@ -1,0 +1,23 @@
+#ifndef ORVACAT_GLOBALS_H
+#define ORVACAT_GLOBALS_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QLoggingCategory>
+#include <QRect>
+
+/**
+ * The toolkit's logging category, named "debug.message". Every diagnostic of
+ * the toolkit is a warning on it; disable its warning level to silence them:
+ * QLoggingCategory::setFilterRules("debug.message.warning=false").
+ */
+ORVACAT_EXPORT extern const QLoggingCategory debug_message;
+
+/**
+ * The rectangle of the check box that ItemDelegate drew last. Nothing in the
+ * toolkit reads it; hosts hit-test mouse clicks against it. Null until the
+ * first check box is drawn.
+ */
+ORVACAT_EXPORT extern QRect g_check_rect;
+
+#endif // ORVACAT_GLOBALS_H

@@ -1,0 +1,49 @@
+#ifndef ORVACAT_STYLESHEETSCANNER_P_H
+#define ORVACAT_STYLESHEETSCANNER_P_H
+
+//
+//  W A R N I N G
+//  -------------
+//
+// This file is not part of the public API. It is used by the style-sheet
+// registry, DPIinfo, the tests and the benchmarks, and may change at any time.
+//
+
+#include <orvacat/orvacat_export.h>
+
+#include <QMap>
+#include <QString>
+
+namespace StyleSheetScanner {
+
+/**
+ * The text with every pixel length scaled by @p factor. Matches of
+ * "(\d+\.?\d*)(px)" are rewritten as trunc(number * factor) + "px"; after each
+ * match the search resumes three characters after its start, so a number of
+ * four or more characters is found a second time and the output stops when it
+ * runs out of text between matches.
+ */
+ORVACAT_EXPORT QString scalePixelLengths(const QString& text, double factor);
+
+/** Removes every "/*...*\/" block comment (shortest match, may span lines). */
+ORVACAT_EXPORT QString stripBlockComments(const QString& text);
+
+/** Removes every "//" up to and including the next line feed. */
+ORVACAT_EXPORT QString stripLineComments(const QString& text);
+
+/**
+ * Splits @p text into "== key ==" sections and stores them in @p sections
+ * (replacing earlier bodies of the same key). Lines before the first header
+ * run on into the first section; a header whose key is empty stores nothing.
+ */
+ORVACAT_EXPORT void splitSections(const QString& text, QMap<QString, QString>& sections);
+
+/**
+ * trunc(value) as an int; values beyond the int range saturate and NaN gives
+ * 0, so a hostile length never reaches undefined behaviour.
+ */
+ORVACAT_EXPORT int truncatedPixels(double value);
+
+} // namespace StyleSheetScanner
+
+#endif // ORVACAT_STYLESHEETSCANNER_P_H
