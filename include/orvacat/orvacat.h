@@ -17,14 +17,22 @@
 
 // Controls
 #include <orvacat/orvabuttons.h>
+#include <orvacat/orvamask.h>
+#include <orvacat/orvafootbar.h>
+#include <orvacat/orvalabels.h>
+#include <orvacat/orvalineedit.h>
+#include <orvacat/orvamenu.h>
 
 // Sheets and messages
 #include <orvacat/mousefilters.h>
+#include <orvacat/orvasheet.h>
 
 // Views
 
 // Help
 
 // Focus and platform
+#include <orvacat/accessiblelist.h>
+#include <orvacat/closebutton.h>
 
 #endif // ORVACAT_ORVACAT_H

@@ -1,0 +1,57 @@
+#ifndef ORVACAT_ORVALINEEDIT_H
+#define ORVACAT_ORVALINEEDIT_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QWidget>
+
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+
+/**
+ * A line edit between two labels ("Name" [ field ] "@example.org"), with a
+ * pluggable validity test and an error look. The labels are styled by
+ * "component.lineedit_label", the field by "component.lineedit"; the theme
+ * gives the error look with a rule on the field's "error" property
+ * (QLineEdit[error="true"]). Both labels start empty.
+ */
+class ORVACAT_EXPORT OrvaLineEdit : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** The validity test: true when the text is acceptable. */
+    using Validator = bool (*)(const QString& text);
+
+    explicit OrvaLineEdit(QWidget* parent = nullptr);
+
+    /** Layout margins, given in 72-dpi pixels and scaled for the screen. */
+    void setMargins(int left, int top, int right, int bottom);
+    /** Space between the labels and the field, in 72-dpi pixels, scaled for the screen. */
+    void setSpacing(int spacing);
+
+    /** Sets the test that validate() applies; null removes it. */
+    void setValidator(Validator validator);
+    /**
+     * The validator's answer for the current text, or true without a
+     * validator. Does not change the look: call setError() for that.
+     */
+    bool validate();
+    /** Switches the field's error look on or off at once. */
+    void setError(bool error);
+
+    QLabel* getPreLabel();
+    QLabel* getPostLabel();
+    QLineEdit* getLineEdit();
+    QString getEditText() const;
+
+private:
+    QHBoxLayout* m_layout;
+    QLabel* m_preLabel;
+    QLabel* m_postLabel;
+    QLineEdit* m_lineEdit;
+    Validator m_validator;
+};
+
+#endif // ORVACAT_ORVALINEEDIT_H

@@ -1,0 +1,25 @@
+#ifndef ORVACAT_ORVAMENU_H
+#define ORVACAT_ORVAMENU_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QMenu>
+
+/**
+ * A menu that moves itself back onto the available area of its screen when
+ * it is shown partly outside it. A menu past the left or top edge goes to
+ * x 0 or y 0 of the whole desktop, not to the screen's edge. No style sheet
+ * is set: the host styles it ("component.menu").
+ */
+class ORVACAT_EXPORT OrvaMenu : public QMenu
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaMenu(QWidget* parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+};
+
+#endif // ORVACAT_ORVAMENU_H
