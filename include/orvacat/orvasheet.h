@@ -1,0 +1,54 @@
+#ifndef ORVACAT_ORVASHEET_H
+#define ORVACAT_ORVASHEET_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QFrame>
+
+class QPainter;
+
+/**
+ * The frame of the toolkit's sheet dialogs: a band of trunc(22 * DPI factor)
+ * pixels on every side with a drop shadow painted from the "bg_tutorial_*"
+ * images, a white card inside it, and one content widget centred on the card.
+ * Subclasses position the sheet, run its modal loop and emit finished().
+ * The image registry must be initialized before the sheet is painted.
+ */
+class ORVACAT_EXPORT OrvaSheet : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaSheet(QWidget* parent = nullptr);
+    ~OrvaSheet() override;
+
+    /**
+     * Lays @p widget out centred on the card. A second call replaces the
+     * layout; the earlier widget stays a child of the sheet but is no
+     * longer laid out.
+     */
+    void setWidget(QWidget* widget);
+
+    /** The width of the shadow band in pixels, fixed at construction. */
+    int shadowWidth() const;
+
+Q_SIGNALS:
+    /** Emitted by the sheet dialogs when they close, with their result. */
+    void finished(int result);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+    /**
+     * Paints the eight shadow pictures into the band: corners at band size,
+     * edges stretched along the sides. Pieces of zero or negative extent
+     * are left out.
+     */
+    void drawShadow(QPainter& painter);
+
+private:
+    int m_shadowWidth;
+};
+
+#endif // ORVACAT_ORVASHEET_H
