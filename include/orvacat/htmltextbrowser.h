@@ -1,0 +1,114 @@
+#ifndef ORVACAT_HTMLTEXTBROWSER_H
+#define ORVACAT_HTMLTEXTBROWSER_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QTextBrowser>
+
+class QNetworkAccessManager;
+class QNetworkReply;
+
+/**
+ * Fetches one URL into one local file with a plain GET. Each downloader has
+ * its own network manager, so the images of a page download side by side.
+ *
+ * The file is written only after a reply without network error, and never
+ * through a symbolic link: a link planted at the local path is left alone
+ * (the download then still counts as a success, with nothing written).
+ * Inside the help image cache (see HtmlTextBrowser) the cache folders must
+ * also belong to the current user. Bodies larger than maxImageSize() are
+ * cut off and reported as a failed download.
+ */
+class ORVACAT_EXPORT ImageDownloader : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** Stores @p localPath and @p url; starts nothing. */
+    ImageDownloader(const QString& localPath, const QString& url, QObject* parent = nullptr);
+    ~ImageDownloader() override;
+
+    /** Issues the GET. A second call does nothing. */
+    void start();
+
+    /** True once the reply has been handled and sigDownloadFinish emitted. */
+    bool isFinished() const;
+
+    /** 0 after a reply without network error, -1 after an error; -1 before isFinished(). */
+    int result() const;
+
+    QString localPath() const;
+    QString url() const;
+
+    /** The largest image body accepted, in bytes. */
+    static qint64 maxImageSize();
+
+Q_SIGNALS:
+    /** The reply for @p url was handled; @p res as result(). */
+    void sigDownloadFinish(QString url, int res);
+
+private Q_SLOTS:
+    void slotFinishDownload(QNetworkReply* reply);
+
+private:
+    QString m_localPath;
+    QString m_url;
+    QNetworkAccessManager* m_manager = nullptr;
+    bool m_finished = false;
+    int m_result = -1;
+};
+
+/**
+ * The rich-text view of the help and browser windows. When setText() gets
+ * HTML carrying a base tag (<base href="...">), every distinct image source
+ * of the page is downloaded from base URL + source into the cache folder
+ * QDir::tempPath() + "/orvana_help/image", which is put in front of the
+ * search paths; the view redraws as each download completes. A page refers
+ * to a cached picture as "../image/" followed by its file name.
+ *
+ * The cache folders are created private to the user. If one of them is a
+ * symbolic link or belongs to someone else, nothing is downloaded and the
+ * page is shown as given. A source whose file name cannot name a file in the
+ * cache (empty, "." or "..") is skipped.
+ */
+class ORVACAT_EXPORT HtmlTextBrowser : public QTextBrowser
+{
+    Q_OBJECT
+
+public:
+    explicit HtmlTextBrowser(QWidget* parent = nullptr);
+    ~HtmlTextBrowser() override;
+
+    /**
+     * Shows @p text (rich or plain, as Qt::mightBeRichText decides) and, for
+     * HTML with a base tag, starts the image downloads. Hides
+     * QTextEdit::setText(); the text is shown unchanged, base tag included.
+     */
+    void setText(const QString& text);
+
+    /** The value of the last base tag seen; empty before the first. */
+    QString baseUrl() const;
+
+    /** The downloads still pending, by URL. */
+    QMap<QString, ImageDownloader*> pendingDownloads() const;
+
+    /** The image cache folder under the current temporary folder. */
+    static QString imageCacheFolder();
+
+protected Q_SLOTS:
+    /**
+     * A download for @p url finished: forgets and releases it, then redraws.
+     * A table entry that is missing or belongs to a newer download of the
+     * same URL is left alone.
+     */
+    void slotDownloadFinished(QString url, int res);
+
+private:
+    QString m_baseUrl;
+    QMap<QString, ImageDownloader*> m_downloads;
+};
+
+#endif // ORVACAT_HTMLTEXTBROWSER_H

@@ -1,0 +1,129 @@
+#include <orvacat/browserwindow.h>
+
+#include <orvacat/globals.h>
+#include <orvacat/htmltextbrowser.h>
+#include <orvacat/stylemanager.h>
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+const int kQueryTimeoutMs = 10000;
+const char* const kHelpErrorText = "Fail to get help content";
+
+} // namespace
+
+BrowserWindow::BrowserWindow(QWidget* parent)
+    : QDialog(parent)
+{
+    m_textBrowser = new HtmlTextBrowser(this);
+    m_textBrowser->setOpenExternalLinks(true);
+    init();
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_textBrowser);
+    setLayout(layout);
+
+    setWindowModality(Qt::ApplicationModal);
+    setStyleSheet(getStyleSheet("component.scrollbar", false));
+}
+
+BrowserWindow::~BrowserWindow()
+{
+    // Deleting the manager takes the pending replies with it; none of them
+    // may reach a window that is half destroyed.
+    if (m_manager) {
+        m_manager->disconnect(this);
+        delete m_manager;
+        m_manager = nullptr;
+    }
+    delete m_timer;
+    m_timer = nullptr;
+}
+
+void BrowserWindow::init()
+{
+    if (m_manager)
+        return;
+    m_manager = new QNetworkAccessManager;
+    connect(m_manager, &QNetworkAccessManager::finished, this, &BrowserWindow::slotReceiveReply);
+    m_timer = new QTimer;
+    m_timer->setSingleShot(true);
+    connect(m_timer, &QTimer::timeout, this, &BrowserWindow::slotQueryTimeout);
+}
+
+void BrowserWindow::reload(const QUrl& url)
+{
+    m_url = url;
+    reload();
+}
+
+void BrowserWindow::reload()
+{
+    m_timer->stop();
+    m_timer->setInterval(0);
+    query();
+}
+
+QUrl BrowserWindow::currentUrl() const
+{
+    return m_url;
+}
+
+HtmlTextBrowser* BrowserWindow::textBrowser() const
+{
+    return m_textBrowser;
+}
+
+qint64 BrowserWindow::maxContentSize()
+{
+    return qint64(4) * 1024 * 1024;
+}
+
+void BrowserWindow::query()
+{
+    m_timer->start(kQueryTimeoutMs);
+    QNetworkReply* reply = m_manager->get(QNetworkRequest(m_url));
+    connect(this, &BrowserWindow::sigAbortRequest, reply, &QNetworkReply::abort);
+    // A help page is small; an endless body would only fill the memory and
+    // then freeze the view, so it is cut off and treated as unreachable.
+    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
+        if (received > maxContentSize() || total > maxContentSize()) {
+            qCWarning(debug_message) << "Help content too large, request stopped:" << reply->url().toString();
+            reply->abort();
+        }
+    });
+}
+
+void BrowserWindow::fallbackOffline()
+{
+}
+
+void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
+{
+    if (!reply)
+        return;
+    m_timer->stop();
+    reply->deleteLater();
+    if (reply->error() != QNetworkReply::NoError) {
+        fallbackOffline();
+        return;
+    }
+    const QByteArray body = reply->readAll();
+    // The text ends at the first NUL byte, as a C string would.
+    const QString text = QString::fromUtf8(body.constData());
+    if (text.contains(QLatin1String(kHelpErrorText))) {
+        fallbackOffline();
+        return;
+    }
+    m_textBrowser->setText(text);
+}
+
+void BrowserWindow::slotQueryTimeout()
+{
+    Q_EMIT sigAbortRequest();
+}

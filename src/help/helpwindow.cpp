@@ -1,0 +1,117 @@
+#include <orvacat/helpwindow.h>
+
+#include <orvacat/htmltextbrowser.h>
+
+#include <QFile>
+#include <QTextStream>
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace {
+
+struct KnowledgeBase
+{
+    QString host = QStringLiteral("kb.orvana.example");
+    int port = -1;
+};
+
+KnowledgeBase& knowledgeBase()
+{
+    static KnowledgeBase instance;
+    return instance;
+}
+
+} // namespace
+
+HelpWindow::HelpWindow(const HelpContext& context, QWidget* parent)
+    : BrowserWindow(parent)
+    , m_context(context)
+{
+    m_context.language = helpLanguage(m_context.language);
+    retrieveHelpContent();
+}
+
+HelpWindow::~HelpWindow() = default;
+
+QString HelpWindow::helpLanguage(const QString& language)
+{
+    static const struct
+    {
+        const char* given;
+        const char* used;
+    } mapping[] = {
+        {"deu", "ger"}, {"esn", "spn"}, {"fra", "fre"},
+        // No help is written in these: English is shown instead.
+        {"dan", "enu"}, {"sve", "enu"}, {"hun", "enu"}, {"trk", "enu"},
+        {"nor", "enu"}, {"ptg", "enu"}, {"ptb", "enu"}, {"tha", "enu"},
+    };
+    for (const auto& entry : mapping) {
+        if (language == QLatin1String(entry.given))
+            return QString::fromLatin1(entry.used);
+    }
+    return language;
+}
+
+void HelpWindow::setKnowledgeBaseHost(const QString& host, int port)
+{
+    KnowledgeBase& base = knowledgeBase();
+    base.host = host.isEmpty() ? KnowledgeBase().host : host;
+    base.port = port >= 1 && port <= 65535 ? port : -1;
+}
+
+QString HelpWindow::knowledgeBaseHost()
+{
+    return knowledgeBase().host;
+}
+
+int HelpWindow::knowledgeBasePort()
+{
+    return knowledgeBase().port;
+}
+
+HelpContext HelpWindow::helpContext() const
+{
+    return m_context;
+}
+
+QString HelpWindow::offlineFolder() const
+{
+    return m_offlineFolder;
+}
+
+void HelpWindow::retrieveHelpContent()
+{
+    QUrl url;
+    url.setScheme(QStringLiteral("https"));
+    url.setHost(knowledgeBaseHost(), QUrl::TolerantMode);
+    url.setPort(knowledgeBasePort());
+    url.setPath(QStringLiteral("/cgi/knowledgebase/"), QUrl::TolerantMode);
+
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("action"), QStringLiteral("findHelpFile"));
+    query.addQueryItem(QStringLiteral("section"), m_context.section);
+    query.addQueryItem(QStringLiteral("lang"), m_context.language);
+    query.addQueryItem(QStringLiteral("link"), m_context.link);
+    query.addQueryItem(QStringLiteral("unique"), QStringLiteral("orvana_utility_help"));
+    query.addQueryItem(QStringLiteral("version"), m_context.version);
+    url.setQuery(query.query(QUrl::PrettyDecoded), QUrl::TolerantMode);
+
+    reload(url);
+}
+
+void HelpWindow::fallbackOffline()
+{
+    m_offlineFolder = m_context.localHelpPath + QLatin1Char('/') + m_context.language;
+    QFile file(m_offlineFolder + QLatin1Char('/') + m_context.link);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_offlineFolder = m_context.localHelpPath + QLatin1String("/enu");
+        file.setFileName(m_offlineFolder + QLatin1Char('/') + m_context.link);
+        if (!file.open(QIODevice::ReadOnly))
+            return;
+    }
+    textBrowser()->setSearchPaths(QStringList{m_offlineFolder});
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    textBrowser()->setText(stream.readAll());
+    file.close();
+}

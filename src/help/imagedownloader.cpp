@@ -1,0 +1,84 @@
+#include <orvacat/htmltextbrowser.h>
+
+#include "helpimagecache_p.h"
+
+#include <orvacat/globals.h>
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QUrl>
+
+ImageDownloader::ImageDownloader(const QString& localPath, const QString& url, QObject* parent)
+    : QObject(parent)
+    , m_localPath(localPath)
+    , m_url(url)
+{
+}
+
+ImageDownloader::~ImageDownloader()
+{
+    if (m_manager) {
+        // Still delivering the reply when we go: let it finish unwinding first.
+        m_manager->disconnect(this);
+        m_manager->deleteLater();
+        m_manager = nullptr;
+    }
+}
+
+void ImageDownloader::start()
+{
+    if (m_manager)
+        return;
+    m_manager = new QNetworkAccessManager;
+    connect(m_manager, &QNetworkAccessManager::finished, this, &ImageDownloader::slotFinishDownload);
+    QNetworkReply* reply = m_manager->get(QNetworkRequest(QUrl(m_url, QUrl::TolerantMode)));
+    // A picture that never ends would otherwise fill the memory before it fails.
+    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
+        if (received > maxImageSize() || total > maxImageSize()) {
+            qCWarning(debug_message) << "Help image too large, download stopped:" << reply->url().toString();
+            reply->abort();
+        }
+    });
+}
+
+bool ImageDownloader::isFinished() const
+{
+    return m_finished;
+}
+
+int ImageDownloader::result() const
+{
+    return m_result;
+}
+
+QString ImageDownloader::localPath() const
+{
+    return m_localPath;
+}
+
+QString ImageDownloader::url() const
+{
+    return m_url;
+}
+
+qint64 ImageDownloader::maxImageSize()
+{
+    return qint64(16) * 1024 * 1024;
+}
+
+void ImageDownloader::slotFinishDownload(QNetworkReply* reply)
+{
+    if (!reply || m_finished)
+        return;
+    reply->deleteLater();
+    if (reply->error() == QNetworkReply::NoError) {
+        // An unwritable file still counts as a download: the page just lacks the picture.
+        HelpImageCache::writeFile(m_localPath, reply->readAll());
+        m_result = 0;
+    } else {
+        m_result = -1;
+    }
+    m_finished = true;
+    Q_EMIT sigDownloadFinish(m_url, m_result);
+}
