@@ -1,0 +1,38 @@
+#ifndef ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H
+#define ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QMessageBox>
+#include <QTimer>
+
+/**
+ * A message box whose Ok button counts seconds down, "OK(2)", and clicks
+ * itself when the count runs out, @p seconds seconds after the box is shown,
+ * unless the user answers first. The cancel button is the standard Discard
+ * button (8388608) and is never clicked automatically. Set icon and texts
+ * with the QMessageBox calls, then exec().
+ */
+class ORVACAT_EXPORT OrvaCountdownMessageBox : public QMessageBox
+{
+    Q_OBJECT
+
+public:
+    /** A negative @p seconds counts as 0: Ok is clicked right after showing. */
+    OrvaCountdownMessageBox(int seconds, QWidget* parent);
+
+    /** Ok's caption: the "ok" string followed by the shown count in brackets. */
+    void updateButtonText();
+
+public Q_SLOTS:
+    void slotTick();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QTimer m_timer;
+    int m_seconds;
+};
+
+#endif // ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H

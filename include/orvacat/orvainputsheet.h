@@ -1,0 +1,68 @@
+#ifndef ORVACAT_ORVAINPUTSHEET_H
+#define ORVACAT_ORVAINPUTSHEET_H
+
+#include <orvacat/orvacat_export.h>
+#include <orvacat/orvasheet.h>
+
+#include <QMessageBox>
+#include <QString>
+
+class QAbstractButton;
+class QLineEdit;
+class QPushButton;
+class OrvaInputSheetPrivate;
+
+/**
+ * Asks for one line of text inside a window: a prompt, a line edit, Ok (1024)
+ * and a cancel button that is the standard Discard button (8388608). Built
+ * like OrvaMessageSheet (construct it with the widget it belongs to, at most
+ * 480 logical pixels wide) and run the same way with exec(); read the text
+ * with getContent() afterwards. Return or Enter reaching the window clicks
+ * Ok, Escape clicks cancel; Tab is not kept inside the sheet.
+ */
+class ORVACAT_EXPORT OrvaInputSheet : public OrvaSheet
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaInputSheet(QWidget* parent);
+    OrvaInputSheet(const QString& text, QWidget* parent);
+    ~OrvaInputSheet() override;
+
+    /** The prompt above the line edit. */
+    void setText(const QString& text);
+    /** The line edit, for a validator, a placeholder or a first text. */
+    QLineEdit* getLineEdit();
+    /** The line edit's current text. */
+    QString getContent();
+    void setDefaultButton(QPushButton* button);
+    /** The Ok or Discard (cancel) button, or null. */
+    QPushButton* button(QMessageBox::StandardButton which) const;
+    /** As OrvaMessageSheet::setBlockWindowButton(). */
+    void setBlockWindowButton(bool block);
+
+    /** Shows the sheet, watches the window's keys and focuses the line edit; returns at once. */
+    void showSheet();
+    /**
+     * Shows the sheet and returns the code given to done(): 1024 for Ok,
+     * 8388608 for cancel, 0 for quit(), for a second exec() while running,
+     * and when the sheet is destroyed during the run.
+     */
+    int exec();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+public Q_SLOTS:
+    /** Ends the sheet; only the first call for one showing counts. */
+    void done(int result);
+    void quit();
+    void buttonClick(QAbstractButton* button);
+
+private:
+    OrvaInputSheetPrivate* d;
+    bool m_blockWindowButton;
+
+    friend class OrvaInputSheetPrivate;
+};
+
+#endif // ORVACAT_ORVAINPUTSHEET_H

@@ -1,0 +1,124 @@
+#ifndef ORVACAT_ORVAMESSAGESHEET_H
+#define ORVACAT_ORVAMESSAGESHEET_H
+
+#include <orvacat/orvacat_export.h>
+#include <orvacat/orvasheet.h>
+
+#include <QMessageBox>
+#include <QString>
+
+class QAbstractButton;
+class QKeyEvent;
+class QPixmap;
+class QPushButton;
+class OrvaMessageSheetPrivate;
+
+/**
+ * The captions of a message's two buttons. An empty caption means the
+ * default one: "ok" (or "wizard_client_upgrade" for an upgrade message) and
+ * "cancel" from the component strings.
+ */
+struct ORVACAT_EXPORT MsgBoxCustomBtnText
+{
+    QString okText;
+    QString cancelText;
+};
+
+/**
+ * A message drawn inside its window: icon, text, optional informative text
+ * and up to two buttons, Ok (1024) and a cancel button that is the standard
+ * Discard button (8388608). Construct it with the widget it belongs to as
+ * parent (its width follows the parent's: 40 logical pixels narrower, at most
+ * 540) and lay it over the window, usually with OrvaMask::createMask.
+ *
+ * exec() runs a nested event loop until a button, a key or done() ends the
+ * sheet. While the sheet is up, close requests for the window are ignored,
+ * Tab and Backtab stay inside the sheet, Return/Enter/Space click Ok and
+ * Escape clicks the cancel button; exec() also disables the window's close
+ * button until the sheet ends (see setBlockWindowButton()).
+ */
+class ORVACAT_EXPORT OrvaMessageSheet : public OrvaSheet
+{
+    Q_OBJECT
+
+public:
+    enum MessageType {
+        AppMessage = 0,
+        InformationMessage = 1,
+        WarningMessage = 2,
+        QuestionMessage = 3,
+        UpgradeMessage = 4,
+        WarningQuestionMessage = 5,
+        ProcessingMessage = 6
+    };
+    Q_ENUM(MessageType)
+
+    OrvaMessageSheet(MessageType type, const QString& text, const MsgBoxCustomBtnText& captions, QWidget* parent);
+    OrvaMessageSheet(MessageType type, QWidget* parent);
+    OrvaMessageSheet(MessageType type, const QString& text, QWidget* parent);
+    OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText, QWidget* parent);
+    /**
+     * The busy sheet: no buttons, an animation read from @p moviePath (any
+     * format QMovie reads) beside @p text. It is started by exec(); a file
+     * that cannot be read leaves the icon place empty. End it with done().
+     */
+    OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent);
+    ~OrvaMessageSheet() override;
+
+    void setText(const QString& text);
+    /** An empty text removes the informative line. */
+    void setInformativeText(const QString& text);
+    void setIcon(const QPixmap& pixmap);
+    /** Rebuilds icon, buttons and captions for @p type (default captions). */
+    void setMessageType(MessageType type);
+    void setDefaultButton(QPushButton* button);
+    /** The Ok or Discard (cancel) button, or null when the sheet has none. */
+    QPushButton* button(QMessageBox::StandardButton which) const;
+    /**
+     * With @p block (the default) close events of the window are ignored
+     * while the sheet is up, and exec() and showSheetWithBlock() disable the
+     * window's close button until done().
+     */
+    void setBlockWindowButton(bool block);
+
+    /** Shows the sheet and starts watching the window's keys; returns at once. */
+    void showSheet();
+    /** As showSheet(), and disables the window's close button when blocking. */
+    void showSheetWithBlock();
+
+    /**
+     * Shows the sheet and returns the code given to done(): 1024 for Ok,
+     * 8388608 for cancel, 0 for quit(). Returns 0 at once when the sheet is
+     * already running, and 0 when the sheet is destroyed during the run (for
+     * example with its window); the caller must then not touch it again.
+     */
+    int exec();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+public Q_SLOTS:
+    /**
+     * Ends the sheet: the running exec() returns @p result, the sheet hides
+     * and emits finished(result). Only the first call for one showing counts;
+     * later calls until the sheet is shown again are ignored.
+     */
+    void done(int result);
+    /** done(0). */
+    void quit();
+    void buttonClick(QAbstractButton* button);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void markFirstFocusWidget();
+    void markLastFocusWidget();
+    void restrictedFocus(QObject* watched, QKeyEvent* event);
+
+    OrvaMessageSheetPrivate* d;
+    bool m_blockWindowButton;
+
+    friend class OrvaMessageSheetPrivate;
+};
+
+#endif // ORVACAT_ORVAMESSAGESHEET_H

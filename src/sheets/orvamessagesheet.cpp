@@ -1,0 +1,565 @@
+#include <orvacat/orvamessagesheet.h>
+
+#include "orvamessagesheet_p.h"
+#include "windowblock_p.h"
+
+#include <orvacat/accessiblelist.h>
+#include <orvacat/componentstrings.h>
+#include <orvacat/dpiinfo.h>
+#include <orvacat/globals.h>
+#include <orvacat/imagemanager.h>
+#include <orvacat/stylemanager.h>
+
+#include "resources/dpiscaling_p.h"
+
+#include <QDialogButtonBox>
+#include <QEventLoop>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMovie>
+#include <QPointer>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace {
+
+QString scaledParagraph(int lineHeight, const QString& text)
+{
+    return DPIinfo::getInstance()->getScaledStyleSheet(
+        QStringLiteral("<p style='line-height: %1px;'>%2</p>").arg(lineHeight).arg(text));
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+
+MessageLabel::MessageLabel(QWidget* parent)
+    : QLabel(parent)
+{
+}
+
+void MessageLabel::resizeEvent(QResizeEvent* event)
+{
+    Q_UNUSED(event)
+    // Not the QLabel handler: the height is the label's whole answer to a
+    // new width, so that the layout never clips or pads wrapped text.
+    setFixedHeight(heightForWidth(width()));
+}
+
+// ---------------------------------------------------------------------------
+
+DialogButtonBoxStyle::DialogButtonBoxStyle()
+    : QProxyStyle()
+{
+}
+
+int DialogButtonBoxStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                    QStyleHintReturn* returnData) const
+{
+    if (hint == QStyle::SH_DialogButtonLayout)
+        return QDialogButtonBox::WinLayout;
+    return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
+// ---------------------------------------------------------------------------
+
+OrvaMessageSheetPrivate::OrvaMessageSheetPrivate(OrvaMessageSheet* sheet)
+    : QObject(sheet)
+    , q(sheet)
+    , label(new MessageLabel(sheet))
+    , informativeLabel(nullptr)
+    , iconLabel(new QLabel(sheet))
+    , type(OrvaMessageSheet::AppMessage)
+    , buttonBox(new QDialogButtonBox(sheet))
+    , eventLoop(nullptr)
+    , closeButtonState(nullptr)
+    , firstFocusWidget(nullptr)
+    , lastFocusWidget(nullptr)
+    , running(false)
+    , exitRequested(false)
+    , movie(nullptr)
+    , buttonStyle(new DialogButtonBoxStyle)
+{
+    buttonStyle->setParent(this);
+}
+
+void OrvaMessageSheetPrivate::initialize()
+{
+    initialize(MsgBoxCustomBtnText());
+}
+
+void OrvaMessageSheetPrivate::initialize(const MsgBoxCustomBtnText& captions)
+{
+    const char* iconKey = nullptr;
+    QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
+    switch (type) {
+    case OrvaMessageSheet::AppMessage:
+        iconKey = "app_img";
+        break;
+    case OrvaMessageSheet::InformationMessage:
+        iconKey = "icon_information";
+        buttons = QMessageBox::Ok;
+        break;
+    case OrvaMessageSheet::WarningMessage:
+        iconKey = "icon_warning";
+        buttons = QMessageBox::Ok;
+        break;
+    case OrvaMessageSheet::QuestionMessage:
+        iconKey = "icon_question";
+        buttons = QMessageBox::Ok | QMessageBox::Discard;
+        break;
+    case OrvaMessageSheet::UpgradeMessage:
+        iconKey = "icon_information";
+        buttons = QMessageBox::Ok | QMessageBox::Discard;
+        break;
+    case OrvaMessageSheet::WarningQuestionMessage:
+        iconKey = "icon_warning";
+        buttons = QMessageBox::Ok | QMessageBox::Discard;
+        break;
+    case OrvaMessageSheet::ProcessingMessage:
+        // The busy sheet's constructor puts its animation on the icon label.
+        break;
+    }
+    if (iconKey)
+        setIconPixmap(getGlobalImage(iconKey, ImageManager::Normal));
+    setStandardButtons(buttons);
+
+    if (QPushButton* ok = button(QMessageBox::Ok)) {
+        QString caption = captions.okText;
+        if (caption.isEmpty()) {
+            caption = ComponentStrings::getInstance()->getString(
+                type == OrvaMessageSheet::UpgradeMessage ? QStringLiteral("wizard_client_upgrade") : QStringLiteral("ok"));
+        }
+        ok->setText(caption);
+        ok->setDefault(true);
+        ok->setStyleSheet(getStyleSheet("component.apply_button", false));
+        ok->setFixedHeight(scaled(28));
+        ok->setMinimumWidth(scaled(120));
+    }
+    if (QPushButton* cancel = button(QMessageBox::Discard)) {
+        cancel->setText(captions.cancelText.isEmpty() ? ComponentStrings::getInstance()->getString(QStringLiteral("cancel"))
+                                                      : captions.cancelText);
+        cancel->setStyleSheet(getStyleSheet("component.cancel_button", false));
+        cancel->setFixedHeight(scaled(28));
+        cancel->setMinimumWidth(scaled(80));
+    }
+
+    const bool processing = type == OrvaMessageSheet::AppMessage || type == OrvaMessageSheet::ProcessingMessage;
+    q->setStyleSheet(getStyleSheet(processing ? "component.message_sheet_processing" : "component.message_sheet_other", false));
+
+    QObject::connect(buttonBox, &QDialogButtonBox::clicked, q, &OrvaMessageSheet::buttonClick, Qt::UniqueConnection);
+    buttonBox->setStyle(buttonStyle);
+
+    setupLayout();
+
+    label->installEventFilter(q);
+    label->setStyleSheet(getStyleSheet("component.message_sheet_text", false));
+    if (informativeLabel) {
+        informativeLabel->installEventFilter(q);
+        informativeLabel->setStyleSheet(getStyleSheet("component.message_sheet_informative_text", false));
+    }
+    if (QPushButton* ok = button(QMessageBox::Ok))
+        ok->installEventFilter(q);
+    if (QPushButton* cancel = button(QMessageBox::Discard))
+        cancel->installEventFilter(q);
+}
+
+void OrvaMessageSheetPrivate::setupLayout()
+{
+    delete q->layout();
+
+    const bool hasIcon = !iconLabel->pixmap(Qt::ReturnByValue).isNull() || iconLabel->movie();
+
+    auto* outer = new QVBoxLayout(q);
+    outer->setContentsMargins(scaled(20), scaled(20), scaled(20), scaled(10));
+    outer->setSpacing(0);
+
+    auto* textColumn = new QVBoxLayout;
+    textColumn->setContentsMargins(0, 0, 0, 0);
+    textColumn->setSpacing(0);
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+
+    iconLabel->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Maximum);
+    iconLabel->setVisible(hasIcon);
+
+    textColumn->addWidget(label);
+    if (informativeLabel) {
+        textColumn->addSpacing(scaled(6));
+        textColumn->addWidget(informativeLabel);
+    }
+
+    if (hasIcon) {
+        row->addWidget(iconLabel, 0, Qt::AlignTop);
+        row->addSpacing(scaled(20));
+    }
+    row->addLayout(textColumn);
+
+    outer->addLayout(row);
+    const bool hasButtons = !buttonBox->buttons().isEmpty();
+    if (hasButtons) {
+        outer->addSpacing(scaled(20));
+        outer->addWidget(buttonBox);
+    }
+    // Out of the layout an empty box would still sit in the sheet's corner.
+    buttonBox->setVisible(hasButtons);
+
+    q->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Maximum);
+    q->setFixedWidth(qMax(0, int(DPIinfo::getInstance()->getDPI() * getPreferredWidth())));
+    q->updateGeometry();
+    q->adjustSize();
+}
+
+int OrvaMessageSheetPrivate::getPreferredWidth()
+{
+    QWidget* parent = q->parentWidget();
+    if (!parent)
+        return 540;
+    const double p = parent->width() / DPIinfo::getInstance()->getDPI();
+    if (p < 540)
+        return int(p - 40);
+    if (p == 540)
+        return 480;
+    return int(qMin(540.0, p - 40));
+}
+
+void OrvaMessageSheetPrivate::setIcon(QMessageBox::Icon icon)
+{
+    const QPixmap pixmap = QMessageBox::standardIcon(icon);
+    if (pixmap.isNull()) {
+        iconLabel->setPixmap(pixmap);
+        return;
+    }
+    const double s = DPIinfo::getInstance()->getDPI();
+    iconLabel->setPixmap(pixmap.scaled(qRound(pixmap.width() * s), qRound(pixmap.height() * s), Qt::KeepAspectRatio,
+                                       Qt::SmoothTransformation));
+}
+
+void OrvaMessageSheetPrivate::setIconPixmap(const QPixmap& pixmap)
+{
+    iconLabel->setPixmap(pixmap);
+}
+
+void OrvaMessageSheetPrivate::setStandardButtons(QMessageBox::StandardButtons buttons)
+{
+    buttonBox->setStandardButtons(QDialogButtonBox::StandardButtons(int(buttons)));
+}
+
+QPushButton* OrvaMessageSheetPrivate::button(QMessageBox::StandardButton which) const
+{
+    return buttonBox->button(QDialogButtonBox::StandardButton(int(which)));
+}
+
+// ---------------------------------------------------------------------------
+
+OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const MsgBoxCustomBtnText& captions,
+                                   QWidget* parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
+{
+    d->type = type;
+    d->initialize(captions);
+    setText(text);
+}
+
+OrvaMessageSheet::OrvaMessageSheet(MessageType type, QWidget* parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
+{
+    d->type = type;
+    d->initialize();
+}
+
+OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, QWidget* parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
+{
+    d->type = type;
+    d->initialize();
+    setText(text);
+}
+
+OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText,
+                                   QWidget* parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
+{
+    d->type = type;
+    d->initialize();
+    setText(text);
+    setInformativeText(informativeText);
+}
+
+OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
+{
+    d->type = ProcessingMessage;
+    d->initialize();
+    d->movie = new QMovie(moviePath, QByteArray(), d);
+    const int n = qRound(DPIinfo::getInstance()->getDPI() * 32);
+    d->movie->setScaledSize(QSize(n, n));
+    d->iconLabel->setMovie(d->movie);
+    setText(text);
+}
+
+OrvaMessageSheet::~OrvaMessageSheet()
+{
+    if (d->running && d->eventLoop) {
+        // Destroyed inside its own exec(), typically with its window: the
+        // loop must outlive the sheet until exec() has unwound, and exec()
+        // learns through its guard that it has to return 0.
+        d->eventLoop->setParent(nullptr);
+        d->eventLoop->exit(0);
+        d->eventLoop = nullptr;
+    }
+    // Also when the window itself is being destroyed: its QWidget part is
+    // still whole while it deletes its children.
+    if (d->blockedWindow)
+        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
+    d->blockedWindow = nullptr;
+    // The proxy style must outlive the buttons that use it.
+    delete d->buttonBox;
+    d->buttonBox = nullptr;
+    d->iconLabel->setMovie(nullptr);
+}
+
+void OrvaMessageSheet::setText(const QString& text)
+{
+    d->label->setText(scaledParagraph(24, text));
+    d->label->setWordWrap(true);
+    d->label->setAlignment(Qt::AlignTop);
+    d->label->setFocusPolicy(Qt::StrongFocus);
+    d->label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
+                                      | Qt::LinksAccessibleByKeyboard);
+    d->label->setOpenExternalLinks(true);
+    d->label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+    d->setupLayout();
+}
+
+void OrvaMessageSheet::setInformativeText(const QString& text)
+{
+    if (text.isEmpty()) {
+        if (d->informativeLabel) {
+            d->informativeLabel->hide();
+            d->informativeLabel->deleteLater();
+            d->informativeLabel = nullptr;
+        }
+    } else {
+        if (!d->informativeLabel) {
+            d->informativeLabel = new MessageLabel(this);
+            d->informativeLabel->setTextInteractionFlags(Qt::TextInteractionFlags(
+                style()->styleHint(QStyle::SH_MessageBox_TextInteractionFlags, nullptr, this)));
+            d->informativeLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+            d->informativeLabel->setOpenExternalLinks(true);
+            d->informativeLabel->setWordWrap(true);
+            d->informativeLabel->setFocusPolicy(Qt::StrongFocus);
+            d->informativeLabel->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+        }
+        d->informativeLabel->setText(scaledParagraph(20, text));
+    }
+    d->setupLayout();
+}
+
+void OrvaMessageSheet::setIcon(const QPixmap& pixmap)
+{
+    d->setIconPixmap(pixmap);
+    d->setupLayout();
+}
+
+void OrvaMessageSheet::setMessageType(MessageType type)
+{
+    d->type = type;
+    d->initialize();
+}
+
+void OrvaMessageSheet::setDefaultButton(QPushButton* button)
+{
+    if (button)
+        button->setDefault(true);
+}
+
+QPushButton* OrvaMessageSheet::button(QMessageBox::StandardButton which) const
+{
+    return d->button(which);
+}
+
+void OrvaMessageSheet::setBlockWindowButton(bool block)
+{
+    m_blockWindowButton = block;
+}
+
+void OrvaMessageSheet::showSheet()
+{
+    d->exitRequested = false;
+    show();
+    window()->installEventFilter(this);
+    d->filteredWindow = window();
+}
+
+void OrvaMessageSheet::showSheetWithBlock()
+{
+    d->exitRequested = false;
+    show();
+    if (m_blockWindowButton && !d->blockedWindow)
+        d->blockedWindow = SheetWindowBlock::block(this, &d->closeButtonState);
+    window()->installEventFilter(this);
+    d->filteredWindow = window();
+}
+
+int OrvaMessageSheet::exec()
+{
+    if (d->running) {
+        qCWarning(debug_message) << "OrvaMessageSheet::exec: the sheet is already running";
+        return 0;
+    }
+    showSheetWithBlock();
+    d->label->setFocus(Qt::TabFocusReason);
+    if (d->type == ProcessingMessage && d->iconLabel->movie() && d->iconLabel->movie()->isValid())
+        d->iconLabel->movie()->start();
+
+    delete d->eventLoop;
+    auto* loop = new QEventLoop(this);
+    d->eventLoop = loop;
+    d->running = true;
+    QPointer<OrvaMessageSheet> guard(this);
+    const int result = loop->exec();
+    if (!guard) {
+        delete loop;
+        return 0;
+    }
+    d->running = false;
+    return result;
+}
+
+void OrvaMessageSheet::done(int result)
+{
+    // One ending per showing: a second call must neither change what the
+    // running exec() returns nor report the end twice.
+    if (d->running ? d->exitRequested : isHidden())
+        return;
+    d->exitRequested = true;
+
+    if (d->blockedWindow) {
+        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
+        d->blockedWindow = nullptr;
+    }
+    if (d->eventLoop)
+        d->eventLoop->exit(result);
+    if (d->filteredWindow)
+        d->filteredWindow->removeEventFilter(this);
+    d->filteredWindow = nullptr;
+    if (d->movie)
+        d->movie->stop();
+    hide();
+    Q_EMIT finished(result);
+}
+
+void OrvaMessageSheet::quit()
+{
+    done(0);
+}
+
+void OrvaMessageSheet::buttonClick(QAbstractButton* button)
+{
+    done(int(d->buttonBox->standardButton(button)));
+}
+
+bool OrvaMessageSheet::eventFilter(QObject* watched, QEvent* event)
+{
+    if (m_blockWindowButton && event->type() == QEvent::Close) {
+        event->ignore();
+        return true;
+    }
+    if (event->type() != QEvent::KeyPress || !isVisible() || !watched->isWidgetType()
+        || static_cast<QWidget*>(watched)->window() != window())
+        return false;
+
+    auto* key = static_cast<QKeyEvent*>(event);
+    switch (key->key()) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        restrictedFocus(watched, key);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        if (QPushButton* ok = d->button(QMessageBox::Ok))
+            ok->click();
+        return true;
+    case Qt::Key_Escape:
+        if (QPushButton* cancel = d->button(QMessageBox::Discard))
+            cancel->click();
+        return true;
+    default:
+        return true;
+    }
+}
+
+void OrvaMessageSheet::showEvent(QShowEvent* event)
+{
+    d->buttonBox->setFocusPolicy(Qt::NoFocus);
+    if (QPushButton* ok = d->button(QMessageBox::Ok))
+        ok->setFocusPolicy(Qt::StrongFocus);
+    if (QPushButton* cancel = d->button(QMessageBox::Discard))
+        cancel->setFocusPolicy(Qt::StrongFocus);
+
+    AccessibleFilter filter;
+    filter.setFilterWidgets(QList<QWidget*>() << this);
+    d->focusList = accessibleList(this, filter);
+    markFirstFocusWidget();
+    markLastFocusWidget();
+
+    OrvaSheet::showEvent(event);
+}
+
+void OrvaMessageSheet::markFirstFocusWidget()
+{
+    d->firstFocusWidget = nullptr;
+    for (QWidget* widget : qAsConst(d->focusList)) {
+        if (widget->focusPolicy() != Qt::NoFocus) {
+            d->firstFocusWidget = widget;
+            return;
+        }
+    }
+}
+
+void OrvaMessageSheet::markLastFocusWidget()
+{
+    d->lastFocusWidget = nullptr;
+    for (int i = d->focusList.size() - 1; i >= 0; --i) {
+        if (d->focusList.at(i)->focusPolicy() != Qt::NoFocus) {
+            d->lastFocusWidget = d->focusList.at(i);
+            return;
+        }
+    }
+}
+
+void OrvaMessageSheet::restrictedFocus(QObject* watched, QKeyEvent* event)
+{
+    if (!watched->isWidgetType())
+        return;
+    auto* from = static_cast<QWidget*>(watched);
+    // Shift+Tab arrives as Tab with the modifier from some sources; Qt's
+    // own focus handling reads it as Backtab, and so does the sheet.
+    const bool backward = event->key() == Qt::Key_Backtab || (event->modifiers() & Qt::ShiftModifier);
+
+    QWidget* candidate = backward ? from->previousInFocusChain() : from->nextInFocusChain();
+    while (candidate && candidate != from && candidate->focusPolicy() == Qt::NoFocus)
+        candidate = backward ? candidate->previousInFocusChain() : candidate->nextInFocusChain();
+
+    if (candidate && candidate->focusPolicy() != Qt::NoFocus && d->focusList.contains(candidate)) {
+        candidate->setFocus(Qt::TabFocusReason);
+        return;
+    }
+    QWidget* wrapTo = backward ? d->lastFocusWidget : d->firstFocusWidget;
+    if (wrapTo)
+        wrapTo->setFocus(Qt::TabFocusReason);
+}

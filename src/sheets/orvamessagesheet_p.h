@@ -1,0 +1,91 @@
+#ifndef ORVACAT_ORVAMESSAGESHEET_P_H
+#define ORVACAT_ORVAMESSAGESHEET_P_H
+
+//
+//  W A R N I N G
+//  -------------
+//
+// This file is not part of the public API.
+//
+
+#include <orvacat/orvamessagesheet.h>
+
+#include <QLabel>
+#include <QList>
+#include <QPointer>
+#include <QProxyStyle>
+
+class QDialogButtonBox;
+class QEventLoop;
+class QMovie;
+
+/** A word-wrapped label that is always exactly as tall as its text needs at its width. */
+class MessageLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit MessageLabel(QWidget* parent = nullptr);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+};
+
+/** Orders dialog buttons the Windows way, Ok before cancel, on every platform. */
+class DialogButtonBoxStyle : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    DialogButtonBoxStyle();
+
+    int styleHint(StyleHint hint, const QStyleOption* option = nullptr, const QWidget* widget = nullptr,
+                  QStyleHintReturn* returnData = nullptr) const override;
+};
+
+class OrvaMessageSheetPrivate : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaMessageSheetPrivate(OrvaMessageSheet* sheet);
+
+    void initialize(const MsgBoxCustomBtnText& captions);
+    void initialize();
+    void setupLayout();
+    int getPreferredWidth();
+    void setIcon(QMessageBox::Icon icon);
+    void setIconPixmap(const QPixmap& pixmap);
+    void setStandardButtons(QMessageBox::StandardButtons buttons);
+    QPushButton* button(QMessageBox::StandardButton which) const;
+
+    OrvaMessageSheet* q;
+    MessageLabel* label;
+    MessageLabel* informativeLabel;
+    QLabel* iconLabel;
+    OrvaMessageSheet::MessageType type;
+    QDialogButtonBox* buttonBox;
+    QEventLoop* eventLoop;
+    void* closeButtonState;
+    QList<QWidget*> focusList;
+    QWidget* firstFocusWidget;
+    QWidget* lastFocusWidget;
+
+    // Whether exec() is inside its loop, and whether this showing has been
+    // ended already (a second done() must not change what the running exec()
+    // returns, nor report the end twice).
+    bool running;
+    bool exitRequested;
+    // The window whose close button this showing took away, and the window
+    // that is watched: done() gives back and stops watching those, even if
+    // the sheet was moved to another window meanwhile.
+    QPointer<QWidget> blockedWindow;
+    QPointer<QWidget> filteredWindow;
+    // The busy sheet's animation; the icon label shows it but does not own it.
+    QMovie* movie;
+    // One button-order style for the sheet's lifetime; re-initialising must
+    // not pile up styles.
+    DialogButtonBoxStyle* buttonStyle;
+};
+
+#endif // ORVACAT_ORVAMESSAGESHEET_P_H
