@@ -26,6 +26,10 @@
 // Sheets and messages
 #include <orvacat/mousefilters.h>
 #include <orvacat/orvasheet.h>
+#include <orvacat/orvamessagesheet.h>
+#include <orvacat/messagehelpers.h>
+#include <orvacat/orvainputsheet.h>
+#include <orvacat/orvacountdownmessagebox.h>
 
 // Views
 
