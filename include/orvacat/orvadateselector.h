@@ -1,0 +1,43 @@
+#ifndef ORVACAT_ORVADATESELECTOR_H
+#define ORVACAT_ORVADATESELECTOR_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QComboBox>
+#include <QDate>
+#include <QPointer>
+#include <QString>
+
+class OrvaCalanderView;
+
+/**
+ * A date field: a combo box whose drop-down is an OrvaCalanderView. It
+ * always holds exactly one item, the placeholder (no date yet, user data a
+ * null QDate) or the chosen date as "yyyy-MM-dd" with the QDate as user
+ * data: read it with itemData(0).toDate().
+ */
+class ORVACAT_EXPORT OrvaDateSelector : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaDateSelector(QString placeholder, QWidget* parent = nullptr);
+
+    /** Back to the placeholder; the calendar turns to this month, its selection is kept. */
+    void clearDate();
+    /**
+     * The popup calendar, for its minimum and maximum dates or the month it
+     * shows; null if a host replaced the combo box's view.
+     */
+    OrvaCalanderView* getCalendarView();
+
+public Q_SLOTS:
+    /** Shows @p date and closes the popup; an invalid date shows the placeholder and leaves the popup open. */
+    void dateSelect(const QDate& date);
+
+private:
+    QString m_placeholder;
+    QPointer<OrvaCalanderView> m_calendarView;
+};
+
+#endif // ORVACAT_ORVADATESELECTOR_H

@@ -1,0 +1,123 @@
+#ifndef ORVACAT_ORVAPAGINGBAR_H
+#define ORVACAT_ORVAPAGINGBAR_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <vector>
+
+class OrvaButton;
+class OrvaIconButton;
+class QHBoxLayout;
+class QLabel;
+class QSignalMapper;
+
+/**
+ * The paging state of a list shown page by page: rows per page, total rows
+ * and the current (1-based) page. Setters store without checks and emit
+ * nothing. The row limit must not be 0.
+ */
+class ORVACAT_EXPORT OrvaPagingModel : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaPagingModel(int rowLimit, QObject* parent = nullptr);
+
+    int rowLimit() const;
+    void setRowLimit(int rowLimit);
+    int itemCount() const;
+    void setItemCount(int itemCount);
+    int nowPage() const;
+    void setNowPage(int nowPage);
+
+    /** Pages needed for itemCount rows, at least 1 (0 rows still make one empty page). */
+    int pageCount() const;
+    /** 0-based index of the first row of the current page; the page is not clamped. */
+    int startItem() const;
+
+private:
+    int m_rowLimit;
+    int m_itemCount = 0;
+    int m_nowPage = 1;
+};
+
+/** One footer label of the paging bar: its text and its fixed width in unscaled pixels (0 keeps the width). */
+struct PagingFooterInfo
+{
+    QString text;
+    int width = 0;
+};
+
+/**
+ * The bar under a paged list: first, back five, five page buttons with the
+ * current page always in the middle one, next five, last, then footer labels
+ * and a refresh button on the right.
+ *
+ * The bar loads nothing. It emits sigPageChanged() after every user-driven
+ * page change (and after reset()); the host then reads nowPage() and
+ * startItem() from the model and fills its list. setPage() and
+ * setItemCount() never emit. The model is the host's and must outlive the
+ * bar; the constructor resets it to page 1 and 0 rows.
+ */
+class ORVACAT_EXPORT OrvaPagingBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaPagingBar(OrvaPagingModel* model, QWidget* parent = nullptr);
+    ~OrvaPagingBar() override;
+
+    /** Shows pages page-2 ... page+2 and stores @p page in the model. No range check. */
+    void setPage(int page);
+    /** Stores the count and redraws the current page; the page is not clamped. */
+    void setItemCount(int count);
+    /** Back to page 1, then sigPageChanged(). */
+    void reset();
+
+    void setFooterText(const QString& text);
+    void setFooterInfo(const PagingFooterInfo& info);
+    /**
+     * One label per entry, right to left of the refresh button's left side.
+     * Existing labels are relabelled (their style is kept), missing ones
+     * created, surplus ones hidden and taken out of the layout.
+     */
+    void setFooterInfos(const std::vector<PagingFooterInfo>& infos);
+    void setRefreshButtonHidden(bool hidden);
+
+public Q_SLOTS:
+    /** Goes to the page shown on page button @p index (0..4). */
+    void pageClick(int index);
+    void next_5_page();
+    void prev_5_page();
+    void first_page();
+    void last_page();
+
+Q_SIGNALS:
+    void sigPageChanged();
+    void sigRefresh();
+
+private:
+    OrvaPagingModel* model();
+    int pageCount();
+
+    QPointer<OrvaPagingModel> m_model;
+    OrvaPagingModel* m_fallbackModel = nullptr;
+    OrvaIconButton* m_firstButton = nullptr;
+    OrvaIconButton* m_backButton = nullptr;
+    OrvaIconButton* m_nextButton = nullptr;
+    OrvaIconButton* m_lastButton = nullptr;
+    OrvaButton* m_pageButtons[5] = {};
+    QSignalMapper* m_mapper = nullptr;
+    OrvaIconButton* m_refreshButton = nullptr;
+    QHBoxLayout* m_mainLayout = nullptr;
+    QHBoxLayout* m_footerLayout = nullptr;
+    QList<QLabel*> m_footerLabels;
+};
+
+#endif // ORVACAT_ORVAPAGINGBAR_H

@@ -1,0 +1,42 @@
+#include <orvacat/orvacombobox.h>
+
+#include <orvacat/dpiinfo.h>
+#include <orvacat/stylemanager.h>
+
+#include <QAbstractItemView>
+#include <QStyledItemDelegate>
+
+namespace {
+
+// The framed look pads the text and draws a thin border; the theme's
+// default look is borderless, so it is kept but not applied.
+const bool framedLook = false;
+
+QString paddingDeclaration()
+{
+    if (!framedLook)
+        return QString();
+    const QString p = QString::number(6 * DPIinfo::getInstance()->getDPI(), 'g', 6);
+    return QLatin1String("padding-left: ") + p + QLatin1String("px; \npadding-right: ") + p + QLatin1String("px;");
+}
+
+QString borderDeclaration()
+{
+    return framedLook ? QStringLiteral("border: 1px solid #C8D2DC;") : QStringLiteral("border: none;");
+}
+
+} // namespace
+
+OrvaComboBox::OrvaComboBox(QWidget* parent)
+    : QComboBox(parent)
+{
+    QString sheet = getStyleSheet("component.combobox", false);
+    // A theme without the template (or without its placeholders) is used as
+    // it is rather than letting QString::arg warn about missing arguments.
+    if (sheet.contains(QLatin1String("%1")) && sheet.contains(QLatin1String("%2")))
+        sheet = sheet.arg(paddingDeclaration(), borderDeclaration());
+    setStyleSheet(sheet + getStyleSheet("component.scrollbar", false));
+
+    // Parented to the box so it goes with it; the view keeps only a weak reference.
+    view()->setItemDelegate(new QStyledItemDelegate(this));
+}
