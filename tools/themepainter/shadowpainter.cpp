@@ -26,9 +26,13 @@ struct ShadowLayer
 };
 
 const ShadowLayer layers[] = {
-    {6.0, 0.11},
-    {1.5, 0.07},
+    {7.0, 0.16},
+    {1.5, 0.08},
 };
+
+// The last pixels before the band's outer border fade to nothing, so the
+// band never ends in a visible step.
+constexpr double kRim = 4.0;
 
 constexpr double kAboveWeight = 1.5;
 constexpr double kBelowWeight = 0.8;
@@ -44,6 +48,8 @@ double shadowAt(double x, double y, bool bottomSide)
     double total = 0.0;
     for (const ShadowLayer& layer : layers)
         total += layer.alpha * std::exp(-distanceSquared / (2.0 * layer.sigma * layer.sigma));
+    const double reach = std::hypot(qMax(0.0, kBand - x), qMax(0.0, kBand - y));
+    total *= qBound(0.0, (kBand - reach) / kRim, 1.0);
     return qBound(0.0, total, 1.0);
 }
 
