@@ -1,0 +1,369 @@
+// Taking a window's close button away and giving it back, as the sheets do
+// while they block.
+
+#include "testmain.h"
+#include "testenvironment.h"
+
+#include <orvacat/closebutton.h>
+
+#include <QDialog>
+#include <QGuiApplication>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace {
+
+// Bits of the Motif window-manager hints that the xcb platform writes.
+constexpr quint32 MwmHintsFunctions = 0x1;
+constexpr quint32 MwmHintsDecorations = 0x2;
+constexpr quint32 MwmFuncResize = 0x2;
+constexpr quint32 MwmFuncMove = 0x4;
+constexpr quint32 MwmFuncClose = 0x20;
+
+// Set by the parent run when it repeats the X11 cases under a virtual server.
+const char childMarker[] = "ORVACAT_CLOSEBUTTON_CHILD";
+
+struct MotifHints
+{
+    bool present = false;
+    quint32 flags = 0;
+    quint32 functions = 0;
+    quint32 decorations = 0;
+
+    /** Whether the window manager is allowed to offer "close". */
+    bool allowsClose() const
+    {
+        // Without the functions bit every function is allowed.
+        return !present || !(flags & MwmHintsFunctions) || (functions & MwmFuncClose);
+    }
+};
+
+/** The window's _MOTIF_WM_HINTS as the X server holds them, read with xprop. */
+MotifHints readMotifHints(WId window)
+{
+    MotifHints hints;
+    QProcess xprop;
+    xprop.start(QStringLiteral("xprop"),
+                {QStringLiteral("-id"), QString::number(window), QStringLiteral("_MOTIF_WM_HINTS")});
+    if (!xprop.waitForFinished(10000) || xprop.exitCode() != 0)
+        return hints;
+    // "_MOTIF_WM_HINTS(_MOTIF_WM_HINTS) = 0x3, 0x3e, 0x7e, 0x0, 0x0", or "... not found."
+    const QString output = QString::fromLocal8Bit(xprop.readAllStandardOutput()).trimmed();
+    const int equals = output.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return hints;
+    const QStringList values = output.mid(equals + 1).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (values.size() < 3)
+        return hints;
+    bool ok[3];
+    hints.flags = values.at(0).trimmed().toUInt(&ok[0], 0);
+    hints.functions = values.at(1).trimmed().toUInt(&ok[1], 0);
+    hints.decorations = values.at(2).trimmed().toUInt(&ok[2], 0);
+    hints.present = ok[0] && ok[1] && ok[2];
+    return hints;
+}
+
+QString describe(const MotifHints& hints)
+{
+    if (!hints.present)
+        return QStringLiteral("no _MOTIF_WM_HINTS");
+    return QStringLiteral("flags 0x%1 functions 0x%2 decorations 0x%3")
+        .arg(hints.flags, 0, 16)
+        .arg(hints.functions, 0, 16)
+        .arg(hints.decorations, 0, 16);
+}
+
+/** Whether the X server has the window mapped and viewable, read with xwininfo. */
+bool isViewable(WId window)
+{
+    QProcess xwininfo;
+    xwininfo.start(QStringLiteral("xwininfo"), {QStringLiteral("-id"), QString::number(window)});
+    if (!xwininfo.waitForFinished(10000) || xwininfo.exitCode() != 0)
+        return false;
+    return xwininfo.readAllStandardOutput().contains("Map State: IsViewable");
+}
+
+bool onXcb()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+} // namespace
+
+class TestCloseButton : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup();
+
+    void nullWidgetIsIgnored();
+    void windowWithoutNativeHandleIsLeftAlone();
+    void otherPlatformsLeaveTheWindowAlone();
+    void x11CasesPassUnderVirtualServer();
+
+    void closeButtonIsRemovedAndRestored_data();
+    void closeButtonIsRemovedAndRestored();
+    void innerWidgetActsOnItsWindow();
+    void repeatedDisableRestoresTheOriginalFlags();
+    void enableWithoutDisableChangesNothing();
+    void windowWithoutCloseButtonStaysUnchanged();
+};
+
+void TestCloseButton::cleanup()
+{
+    QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
+}
+
+void TestCloseButton::nullWidgetIsIgnored()
+{
+    void* state = nullptr;
+    SHAPISetCloseButtonOfWindowEnable(nullptr, false, &state);
+    SHAPISetCloseButtonOfWindowEnable(nullptr, true, &state);
+    SHAPISetCloseButtonOfWindowEnable(nullptr, false, nullptr);
+    QCOMPARE(state, nullptr);
+}
+
+void TestCloseButton::windowWithoutNativeHandleIsLeftAlone()
+{
+    QWidget window;
+    auto* button = new QPushButton(QStringLiteral("Inner"), &window);
+    const Qt::WindowFlags before = window.windowFlags();
+
+    void* state = nullptr;
+    SHAPISetCloseButtonOfWindowEnable(button, false, &state);
+    QCOMPARE(window.windowHandle(), nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    QVERIFY(!window.isVisible());
+
+    SHAPISetCloseButtonOfWindowEnable(&window, true, &state);
+    QCOMPARE(window.windowHandle(), nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    QVERIFY(!window.isVisible());
+}
+
+void TestCloseButton::otherPlatformsLeaveTheWindowAlone()
+{
+    if (onXcb())
+        QSKIP("On X11 the close button is really taken away (see the cases below)");
+
+    QWidget window;
+    window.resize(200, 120);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const Qt::WindowFlags widgetFlags = window.windowFlags();
+    const Qt::WindowFlags nativeFlags = window.windowHandle()->flags();
+    const QRect geometry = window.geometry();
+
+    void* state = nullptr;
+    SHAPISetCloseButtonOfWindowEnable(&window, false, &state);
+    QCOMPARE(window.windowFlags(), widgetFlags);
+    QCOMPARE(window.windowHandle()->flags(), nativeFlags);
+    QVERIFY(window.isVisible());
+    QCOMPARE(window.geometry(), geometry);
+
+    SHAPISetCloseButtonOfWindowEnable(&window, true, &state);
+    QCOMPARE(window.windowFlags(), widgetFlags);
+    QCOMPARE(window.windowHandle()->flags(), nativeFlags);
+}
+
+void TestCloseButton::x11CasesPassUnderVirtualServer()
+{
+    if (onXcb())
+        QSKIP("Already running on X11");
+    if (qEnvironmentVariableIsSet(childMarker))
+        QSKIP("Nested run");
+    const QString xvfbRun = QStandardPaths::findExecutable(QStringLiteral("xvfb-run"));
+    if (xvfbRun.isEmpty())
+        QSKIP("xvfb-run is not installed (package xvfb): the close button can only be checked on an X server");
+    if (QStandardPaths::findExecutable(QStringLiteral("xprop")).isEmpty()
+        || QStandardPaths::findExecutable(QStringLiteral("xwininfo")).isEmpty())
+        QSKIP("xprop or xwininfo is not installed (package x11-utils): the window cannot be inspected");
+
+    // The same binary on a virtual X server runs the X11 cases for real.
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QString::fromLatin1(childMarker), QStringLiteral("1"));
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(xvfbRun, {QStringLiteral("-a"), QStringLiteral("-s"), QStringLiteral("-screen 0 1280x1024x24"),
+                          QCoreApplication::applicationFilePath()});
+    QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
+    if (!child.waitForFinished(120000)) {
+        child.kill();
+        child.waitForFinished();
+        QFAIL("The X11 run did not finish");
+    }
+    const QByteArray output = child.readAll();
+    QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0, output.constData());
+    // Make sure the cases really ran there and were not skipped.
+    QVERIFY2(output.contains("PASS   : TestCloseButton::closeButtonIsRemovedAndRestored(plain window)"),
+             output.constData());
+}
+
+void TestCloseButton::closeButtonIsRemovedAndRestored_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("extraFlags");
+
+    QTest::newRow("plain window") << 0 << 0;
+    QTest::newRow("dialog") << 1 << 0;
+    QTest::newRow("customized hints")
+        << 0
+        << int(Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint
+               | Qt::WindowCloseButtonHint);
+}
+
+void TestCloseButton::closeButtonIsRemovedAndRestored()
+{
+    if (!onXcb())
+        QSKIP("Needs the xcb platform");
+    QFETCH(int, kind);
+    QFETCH(int, extraFlags);
+
+    QScopedPointer<QWidget> window(kind == 1 ? new QDialog : new QWidget);
+    if (extraFlags)
+        window->setWindowFlags(Qt::Window | Qt::WindowFlags(QFlag(extraFlags)));
+    window->setWindowTitle(QStringLiteral("Close button"));
+    window->setGeometry(100, 100, 320, 200);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.data()));
+
+    const WId id = window->windowHandle()->winId();
+    const Qt::WindowFlags widgetFlags = window->windowFlags();
+    const Qt::WindowFlags nativeFlags = window->windowHandle()->flags();
+    const QRect geometry = window->geometry();
+    const MotifHints original = readMotifHints(id);
+    QVERIFY2(original.allowsClose(), qPrintable(describe(original)));
+
+    void* state = nullptr;
+    SHAPISetCloseButtonOfWindowEnable(window.data(), false, &state);
+    QTRY_VERIFY2(!readMotifHints(id).allowsClose(), qPrintable(describe(readMotifHints(id))));
+    const MotifHints disabled = readMotifHints(id);
+    // Only the close function goes; moving, resizing and the other buttons stay.
+    QVERIFY2(disabled.flags & MwmHintsFunctions, qPrintable(describe(disabled)));
+    QCOMPARE(disabled.functions, original.functions & ~MwmFuncClose);
+    QVERIFY2(disabled.functions & MwmFuncMove, qPrintable(describe(disabled)));
+    QVERIFY2(disabled.functions & MwmFuncResize, qPrintable(describe(disabled)));
+    // Decorations stay as they were; a window left with no button at all
+    // leaves them to the window manager's default, which has a title bar.
+    if (disabled.flags & MwmHintsDecorations)
+        QCOMPARE(disabled.decorations, original.decorations);
+    QVERIFY(isViewable(id));
+
+    // The widget and its native window agree, and the window was not re-created.
+    QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
+    QCOMPARE(window->windowHandle()->flags(), window->windowFlags());
+    QCOMPARE(window->windowHandle()->winId(), id);
+    QVERIFY(window->isVisible());
+    QVERIFY(window->windowHandle()->isVisible());
+    QCOMPARE(window->geometry(), geometry);
+    QCOMPARE(state, nullptr);
+
+    SHAPISetCloseButtonOfWindowEnable(window.data(), true, &state);
+    QTRY_VERIFY2(readMotifHints(id).allowsClose(), qPrintable(describe(readMotifHints(id))));
+    const MotifHints restored = readMotifHints(id);
+    QCOMPARE(restored.present, original.present);
+    QCOMPARE(restored.flags, original.flags);
+    QCOMPARE(restored.functions, original.functions);
+    QCOMPARE(restored.decorations, original.decorations);
+    QCOMPARE(window->windowFlags(), widgetFlags);
+    QCOMPARE(window->windowHandle()->flags(), nativeFlags);
+    QCOMPARE(window->windowHandle()->winId(), id);
+    QVERIFY(window->isVisible());
+    QVERIFY(window->windowHandle()->isVisible());
+    QVERIFY(isViewable(id));
+    QCOMPARE(window->geometry(), geometry);
+}
+
+void TestCloseButton::innerWidgetActsOnItsWindow()
+{
+    if (!onXcb())
+        QSKIP("Needs the xcb platform");
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* inner = new QPushButton(QStringLiteral("Inner"));
+    layout->addWidget(inner);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const WId id = window.windowHandle()->winId();
+
+    SHAPISetCloseButtonOfWindowEnable(inner, false, nullptr);
+    QTRY_VERIFY(!readMotifHints(id).allowsClose());
+    QVERIFY(!(window.windowFlags() & Qt::WindowCloseButtonHint));
+    // The inner widget did not become a window of its own.
+    QVERIFY(!inner->isWindow());
+    QCOMPARE(inner->windowHandle(), nullptr);
+
+    SHAPISetCloseButtonOfWindowEnable(inner, true, nullptr);
+    QTRY_VERIFY(readMotifHints(id).allowsClose());
+    QVERIFY(window.windowFlags() & Qt::WindowCloseButtonHint);
+}
+
+void TestCloseButton::repeatedDisableRestoresTheOriginalFlags()
+{
+    if (!onXcb())
+        QSKIP("Needs the xcb platform");
+    QWidget window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const WId id = window.windowHandle()->winId();
+    const Qt::WindowFlags before = window.windowFlags();
+
+    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
+    const Qt::WindowFlags withoutClose = window.windowFlags();
+    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
+    QCOMPARE(window.windowFlags(), withoutClose);
+    QTRY_VERIFY(!readMotifHints(id).allowsClose());
+
+    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    QCOMPARE(window.windowHandle()->flags(), before);
+    QTRY_VERIFY(readMotifHints(id).allowsClose());
+}
+
+void TestCloseButton::enableWithoutDisableChangesNothing()
+{
+    if (!onXcb())
+        QSKIP("Needs the xcb platform");
+    QWidget window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const Qt::WindowFlags before = window.windowFlags();
+    const MotifHints original = readMotifHints(window.windowHandle()->winId());
+
+    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    QCOMPARE(window.windowHandle()->flags(), before);
+    const MotifHints after = readMotifHints(window.windowHandle()->winId());
+    QCOMPARE(after.flags, original.flags);
+    QCOMPARE(after.functions, original.functions);
+}
+
+void TestCloseButton::windowWithoutCloseButtonStaysUnchanged()
+{
+    if (!onXcb())
+        QSKIP("Needs the xcb platform");
+    QWidget window(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
+                                | Qt::WindowMinimizeButtonHint);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const Qt::WindowFlags before = window.windowFlags();
+    const WId id = window.windowHandle()->winId();
+    QVERIFY(!readMotifHints(id).allowsClose());
+
+    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
+    QCOMPARE(window.windowFlags(), before);
+    QCOMPARE(window.windowHandle()->flags(), before);
+    QVERIFY(!readMotifHints(id).allowsClose());
+}
+
+ORVACAT_TEST_MAIN(TestCloseButton)
+#include "tst_closebutton.moc"
