@@ -58,6 +58,9 @@ public Q_SLOTS:
     void quit();
     void buttonClick(QAbstractButton* button);
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     OrvaInputSheetPrivate* d;
     bool m_blockWindowButton;

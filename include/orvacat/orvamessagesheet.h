@@ -108,6 +108,7 @@ public Q_SLOTS:
     void buttonClick(QAbstractButton* button);
 
 protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:

@@ -104,6 +104,9 @@ OrvaInputSheet::OrvaInputSheet(QWidget* parent)
     , m_blockWindowButton(true)
 {
     d->initialize();
+    // Not shown with its window: only showSheet() and exec() bring it up.
+    if (!isWindow())
+        hide();
 }
 
 OrvaInputSheet::OrvaInputSheet(const QString& text, QWidget* parent)
@@ -226,6 +229,14 @@ void OrvaInputSheet::quit()
 void OrvaInputSheet::buttonClick(QAbstractButton* button)
 {
     done(int(d->buttonBox->standardButton(button)));
+}
+
+bool OrvaInputSheet::event(QEvent* event)
+{
+    const bool handled = OrvaSheet::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        followContentHeightOf(this);
+    return handled;
 }
 
 bool OrvaInputSheet::eventFilter(QObject* watched, QEvent* event)

@@ -44,6 +44,10 @@ void MessageLabel::resizeEvent(QResizeEvent* event)
     Q_UNUSED(event)
     // Not the QLabel handler: the height is the label's whole answer to a
     // new width, so that the layout never clips or pads wrapped text.
+    // QLabel::heightForWidth never answers less than the minimum height, so
+    // the height fixed for an earlier, narrower width is lifted first: a
+    // label must shrink again when it gets wider.
+    setMinimumHeight(0);
     setFixedHeight(heightForWidth(width()));
 }
 
@@ -165,6 +169,14 @@ void OrvaMessageSheetPrivate::initialize(const MsgBoxCustomBtnText& captions)
         cancel->installEventFilter(q);
 }
 
+void OrvaMessageSheetPrivate::startHidden()
+{
+    // A child widget would otherwise appear with its window, in the window's
+    // corner, before anyone asked for the sheet.
+    if (!q->isWindow())
+        q->hide();
+}
+
 void OrvaMessageSheetPrivate::setupLayout()
 {
     delete q->layout();
@@ -210,6 +222,11 @@ void OrvaMessageSheetPrivate::setupLayout()
     q->setFixedWidth(qMax(0, int(DPIinfo::getInstance()->getDPI() * getPreferredWidth())));
     q->updateGeometry();
     q->adjustSize();
+}
+
+void OrvaMessageSheetPrivate::followContentHeight()
+{
+    followContentHeightOf(q);
 }
 
 int OrvaMessageSheetPrivate::getPreferredWidth()
@@ -263,6 +280,7 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const 
     d->type = type;
     d->initialize(captions);
     setText(text);
+    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, QWidget* parent)
@@ -272,6 +290,7 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, QWidget* parent)
 {
     d->type = type;
     d->initialize();
+    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, QWidget* parent)
@@ -282,6 +301,7 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, QWidge
     d->type = type;
     d->initialize();
     setText(text);
+    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText,
@@ -294,6 +314,7 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const 
     d->initialize();
     setText(text);
     setInformativeText(informativeText);
+    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent)
@@ -308,6 +329,7 @@ OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath
     d->movie->setScaledSize(QSize(n, n));
     d->iconLabel->setMovie(d->movie);
     setText(text);
+    d->startHidden();
 }
 
 OrvaMessageSheet::~OrvaMessageSheet()
@@ -362,6 +384,9 @@ void OrvaMessageSheet::setInformativeText(const QString& text)
             d->informativeLabel->setWordWrap(true);
             d->informativeLabel->setFocusPolicy(Qt::StrongFocus);
             d->informativeLabel->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+            // It takes the sheet's style sheet, but Tab on it must stay in
+            // the sheet like on every other focusable part.
+            d->informativeLabel->installEventFilter(this);
         }
         d->informativeLabel->setText(scaledParagraph(20, text));
     }
@@ -501,6 +526,14 @@ bool OrvaMessageSheet::eventFilter(QObject* watched, QEvent* event)
     default:
         return true;
     }
+}
+
+bool OrvaMessageSheet::event(QEvent* event)
+{
+    const bool handled = OrvaSheet::event(event);
+    if (event->type() == QEvent::LayoutRequest)
+        d->followContentHeight();
+    return handled;
 }
 
 void OrvaMessageSheet::showEvent(QShowEvent* event)

@@ -11,6 +11,7 @@
 #include <orvacat/orvamessagesheet.h>
 
 #include <QLabel>
+#include <QLayout>
 #include <QList>
 #include <QPointer>
 #include <QProxyStyle>
@@ -43,6 +44,21 @@ public:
                   QStyleHintReturn* returnData = nullptr) const override;
 };
 
+/**
+ * Gives @p sheet the height its content needs at its fixed width, unless a
+ * layout of its parent (a mask's) sizes it. The labels learn their height
+ * only once they have their width, after the sheet was sized.
+ */
+inline void followContentHeightOf(QWidget* sheet)
+{
+    QWidget* parent = sheet->parentWidget();
+    if (parent && parent->layout() && parent->layout()->indexOf(sheet) >= 0)
+        return;
+    const int height = sheet->hasHeightForWidth() ? sheet->heightForWidth(sheet->width()) : sheet->sizeHint().height();
+    if (height > 0 && height != sheet->height())
+        sheet->resize(sheet->width(), height);
+}
+
 class OrvaMessageSheetPrivate : public QObject
 {
     Q_OBJECT
@@ -52,6 +68,8 @@ public:
 
     void initialize(const MsgBoxCustomBtnText& captions);
     void initialize();
+    void startHidden();
+    void followContentHeight();
     void setupLayout();
     int getPreferredWidth();
     void setIcon(QMessageBox::Icon icon);
