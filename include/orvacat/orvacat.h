@@ -32,6 +32,9 @@
 #include <orvacat/orvacountdownmessagebox.h>
 
 // Views
+#include <orvacat/orvatablewidget.h>
+#include <orvacat/orvatreewidget.h>
+#include <orvacat/orvabuttonpath.h>
 
 // Help
 

@@ -1,0 +1,114 @@
+#ifndef ORVACAT_ORVATREEWIDGET_H
+#define ORVACAT_ORVATREEWIDGET_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QColor>
+#include <QItemDelegate>
+#include <QString>
+#include <QTreeWidget>
+#include <QTreeWidgetItem>
+
+class QFocusEvent;
+class QKeyEvent;
+class QMouseEvent;
+
+/**
+ * A tree for folders. It paints a rounded highlight behind the selected row,
+ * and behind the row under the mouse pointer, in the colours given to
+ * setBackgroundColor (nothing is painted before that). Rows whose item is not
+ * user-checkable are drawn in the disabled look, although they stay enabled
+ * and selectable. Key presses and right clicks are reported before the tree
+ * handles them.
+ *
+ * The tree's own item selection background still comes from the style: make
+ * it transparent (for instance "QTreeView::item:selected { background:
+ * transparent; }") to let the highlight show.
+ */
+class ORVACAT_EXPORT OrvaTreeWidget : public QTreeWidget
+{
+    Q_OBJECT
+
+public:
+    explicit OrvaTreeWidget(QWidget* parent = nullptr);
+
+    /** The highlight colours of the selected row and of the hovered row. */
+    void setBackgroundColor(QColor selected, QColor hover);
+
+    /**
+     * Scrolls horizontally so that the left edge of @p item comes to the
+     * middle of the view, unless its first 100 (scaled) pixels are already
+     * visible. A null item does nothing.
+     */
+    void updateScrollArea(QTreeWidgetItem* item);
+
+Q_SIGNALS:
+    /** A right-button press, before the tree handles it (it may still change the selection). */
+    void sigMouseRightClickEvent(QMouseEvent* event);
+    /** Every key press, before the tree handles it. */
+    void sigKeyPressEvent(QKeyEvent* event);
+
+protected:
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    /**
+     * Re-announces the current item (set away and back), or makes the first
+     * visible item current when there is none.
+     */
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    QColor m_selectedColor;
+    QColor m_hoverColor;
+};
+
+/**
+ * The delegate of folder trees: rows of a fixed (scaled) height of 28, an
+ * in-place rename editor that accepts only valid file names (no leading dot;
+ * none of \ / : * ? " < > | anywhere), a signal when Escape is pressed in the
+ * editor, and the rectangle of the last check box drawn kept in g_check_rect.
+ *
+ * Created without a parent; the host owns it and must keep it alive as long
+ * as a view uses it.
+ */
+class ORVACAT_EXPORT ItemDelegate : public QItemDelegate
+{
+    Q_OBJECT
+
+public:
+    ItemDelegate();
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+
+Q_SIGNALS:
+    /** Escape was pressed in an editor; the edit is cancelled afterwards as usual. */
+    void sigKeyPressed(QKeyEvent* event);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void drawCheck(QPainter* painter, const QStyleOptionViewItem& option, const QRect& rect,
+                   Qt::CheckState state) const override;
+};
+
+/**
+ * A folder tree item whose ordering keeps the item of kind "home" in front:
+ * no item sorts before it. Other items compare by the text of the sort
+ * column. The home item's own kind is not consulted, so it compares by text
+ * when it is on the left; the home item therefore stays first once it is
+ * first (add it before the others), or when its text sorts first anyway.
+ */
+class ORVACAT_EXPORT FileSystemTreeWidgetItem : public QTreeWidgetItem
+{
+public:
+    FileSystemTreeWidgetItem();
+
+    /** @p other must be a FileSystemTreeWidgetItem, or std::bad_cast is thrown. */
+    bool operator<(const QTreeWidgetItem& other) const override;
+
+    /** Set by the host; "home" (case-sensitive) marks the home entry. */
+    QString kind;
+};
+
+#endif // ORVACAT_ORVATREEWIDGET_H
