@@ -12,8 +12,13 @@
 #include <orvacat/imagemanager.h>
 #include <orvacat/stylemanager.h>
 #include <orvacat/componentstrings.h>
+#include <orvacat/orvalocale.h>
+#include <orvacat/filetypemap.h>
 
 // Single instance
+#include <orvacat/qtlockedfile.h>
+#include <orvacat/qtlocalpeer.h>
+#include <orvacat/qtsingleapplication.h>
 
 // Controls
 #include <orvacat/orvabuttons.h>

@@ -1,0 +1,47 @@
+#ifndef ORVACAT_QTLOCKEDFILE_H
+#define ORVACAT_QTLOCKEDFILE_H
+
+#include <orvacat/orvacat_export.h>
+
+#include <QFile>
+
+namespace QtLP_Private {
+
+/**
+ * A QFile that can hold an advisory lock (fcntl record lock on the whole
+ * file) shared with other processes. The lock belongs to the process: two
+ * QtLockedFile objects of one process never block each other. Open the file
+ * before locking; Truncate is refused so that opening never disturbs a file
+ * another process holds. The destructor releases the lock.
+ */
+class ORVACAT_EXPORT QtLockedFile : public QFile
+{
+public:
+    enum LockMode { NoLock = 0, ReadLock, WriteLock };
+
+    QtLockedFile();
+    explicit QtLockedFile(const QString& name);
+    ~QtLockedFile() override;
+
+    using QFile::open;
+    /** QFile::open(), except that Truncate is refused with a warning. */
+    bool open(OpenMode mode) override;
+
+    /**
+     * Takes a lock of @p mode (NoLock releases). With @p block false it
+     * returns false at once when another process holds a conflicting lock.
+     * A lock of a different mode held before is released first.
+     */
+    bool lock(LockMode mode, bool block = true);
+    /** Releases the lock; true when none is held afterwards. */
+    bool unlock();
+    bool isLocked() const;
+    LockMode lockMode() const;
+
+private:
+    LockMode m_lock_mode = NoLock;
+};
+
+} // namespace QtLP_Private
+
+#endif // ORVACAT_QTLOCKEDFILE_H

@@ -1,0 +1,299 @@
+#include <orvacat/qtlocalpeer.h>
+
+#include <QCoreApplication>
+#include <QDataStream>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QRegularExpression>
+#include <QThread>
+#include <QTimer>
+#include <QtEndian>
+
+#include <functional>
+#include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const char ack[] = "ack";
+const int ackSize = 3;
+const int countSize = 4;
+
+// How long a connection may stay silent before its message is given up, and
+// how long the sender gets to hang up after the acknowledgement.
+const int readIdleTimeout = 10000;
+const int hangUpTimeout = 1000;
+
+/**
+ * One message arriving on one connection. The receiving side reads the
+ * 4-byte count and the body as the data comes in (a stalled sender never
+ * blocks the event loop), answers "ack" once the body is complete, and hands
+ * the message on only after the sender has hung up, so that a sender that
+ * gave up waiting for the answer is not reported twice when it tries again.
+ */
+class IncomingMessage : public QObject
+{
+public:
+    IncomingMessage(QLocalSocket* socket, std::function<void(const QString&)> deliver)
+        : QObject(socket)
+        , m_socket(socket)
+        , m_deliver(std::move(deliver))
+    {
+        m_timer.setSingleShot(true);
+        QObject::connect(m_socket, &QLocalSocket::readyRead, this, [this] { read(); });
+        QObject::connect(m_socket, &QLocalSocket::disconnected, this, [this] { senderGone(); });
+        QObject::connect(&m_timer, &QTimer::timeout, this, [this] { timedOut(); });
+        m_timer.start(readIdleTimeout);
+        // Data and hang-up that came before this object was connected: looked
+        // at from the event loop, never inside receiveConnection().
+        QMetaObject::invokeMethod(this, [this] {
+            if (m_phase != Reading)
+                return;
+            read();
+            if (m_socket->state() == QLocalSocket::UnconnectedState)
+                senderGone();
+        }, Qt::QueuedConnection);
+    }
+
+private:
+    enum Phase { Reading, Acknowledged, Finished };
+
+    void read()
+    {
+        if (m_phase != Reading) {
+            if (m_socket->bytesAvailable() > 0)
+                m_socket->readAll();
+            return;
+        }
+        if (!m_haveCount) {
+            if (m_socket->bytesAvailable() < countSize)
+                return;
+            char count[countSize];
+            m_socket->read(count, countSize);
+            m_expected = qFromBigEndian<quint32>(count);
+            m_haveCount = true;
+            // More than a QByteArray can hold is not a message this side can take.
+            if (m_expected > quint32(std::numeric_limits<int>::max() - 64)) {
+                fail(QStringLiteral("message too large"));
+                return;
+            }
+        }
+        const qint64 missing = qint64(m_expected) - m_body.size();
+        if (missing > 0)
+            m_body += m_socket->read(missing);
+        if (m_body.size() < qint64(m_expected)) {
+            m_timer.start(readIdleTimeout);
+            return;
+        }
+        m_phase = Acknowledged;
+        if (m_socket->state() == QLocalSocket::ConnectedState) {
+            m_socket->write(ack, ackSize);
+            m_socket->flush();
+        }
+        m_timer.start(hangUpTimeout);
+    }
+
+    void senderGone()
+    {
+        if (m_phase == Reading) {
+            // The last bytes may still sit in the buffer when the hang-up is seen.
+            if (m_socket->bytesAvailable() > 0)
+                read();
+            if (m_phase == Reading) {
+                if (!m_haveCount)
+                    qWarning("QtLocalPeer: Peer disconnected");
+                else
+                    fail(m_socket->errorString());
+                finish();
+                return;
+            }
+        }
+        deliver();
+    }
+
+    void timedOut()
+    {
+        if (m_phase == Reading) {
+            fail(QStringLiteral("timed out after %1 bytes of %2").arg(m_body.size()).arg(m_expected));
+            return;
+        }
+        // The sender has its answer; not hanging up does not undo the message.
+        deliver();
+    }
+
+    void fail(const QString& reason)
+    {
+        qWarning("QtLocalPeer: Message reception failed %s", reason.toLatin1().constData());
+        finish();
+    }
+
+    void deliver()
+    {
+        if (m_phase != Acknowledged)
+            return;
+        // The body's own length, not QString::fromUtf8(QByteArray), which
+        // would stop at the first NUL byte.
+        const QString message = QString::fromUtf8(m_body.constData(), m_body.size());
+        std::function<void(const QString&)> deliverTo = m_deliver;
+        finish();
+        // Last: a receiver may delete the peer, and with it this object.
+        deliverTo(message);
+    }
+
+    void finish()
+    {
+        m_phase = Finished;
+        m_timer.stop();
+        QObject::disconnect(m_socket, nullptr, this, nullptr);
+        if (m_socket->state() != QLocalSocket::UnconnectedState)
+            m_socket->abort();
+        m_socket->deleteLater();
+    }
+
+    QLocalSocket* m_socket;
+    std::function<void(const QString&)> m_deliver;
+    QTimer m_timer;
+    Phase m_phase = Reading;
+    bool m_haveCount = false;
+    quint32 m_expected = 0;
+    QByteArray m_body;
+};
+
+bool fileIdentity(const QString& path, quint64* device, quint64* inode)
+{
+    struct stat info;
+    if (::stat(QFile::encodeName(path).constData(), &info) != 0)
+        return false;
+    *device = quint64(info.st_dev);
+    *inode = quint64(info.st_ino);
+    return true;
+}
+
+// Servers whose socket name another process has taken over; see ~QtLocalPeer.
+QList<QLocalServer*>& abandonedServers()
+{
+    static QList<QLocalServer*> servers;
+    return servers;
+}
+
+} // namespace
+
+QtLocalPeer::QtLocalPeer(QObject* parent, const QString& appId)
+    : QObject(parent)
+    , id(appId)
+    , server(new QLocalServer(this))
+{
+    QString prefix = id;
+    if (id.isEmpty()) {
+        id = QCoreApplication::applicationFilePath();
+        prefix = id.section(QLatin1Char('/'), -1);
+    }
+    static const QRegularExpression notALetter(QStringLiteral("[^a-zA-Z]"));
+    prefix.remove(notALetter);
+    prefix.truncate(6);
+
+    const QByteArray idBytes = id.toUtf8();
+    const quint16 checksum = qChecksum(idBytes.constData(), uint(idBytes.size()), Qt::ChecksumIso3309);
+    socketName = QLatin1String("qtsingleapp-") + prefix + QLatin1Char('-') + QString::number(checksum, 16)
+                 + QLatin1Char('-') + QString::number(::getuid(), 16);
+
+    lockFile.setFileName(QDir(QDir::tempPath()).absolutePath() + QLatin1Char('/') + socketName
+                         + QLatin1String("-lockfile"));
+    lockFile.open(QIODevice::ReadWrite);
+}
+
+QtLocalPeer::~QtLocalPeer()
+{
+    if (!server->isListening() || lockFile.isLocked())
+        return;
+    // After unlock() a successor may have replaced our socket file with its
+    // own. Closing the server would delete whatever file is at that path now
+    // and cut the successor off, so our server then lives on, unreachable,
+    // until the process ends.
+    quint64 device = 0;
+    quint64 inode = 0;
+    if (fileIdentity(server->fullServerName(), &device, &inode)
+        && (device != m_socketDevice || inode != m_socketInode)) {
+        server->disconnect(this);
+        server->setParent(nullptr);
+        abandonedServers().append(server);
+    }
+}
+
+bool QtLocalPeer::isClient()
+{
+    if (lockFile.isLocked())
+        return false;
+    if (!lockFile.lock(QtLP_Private::QtLockedFile::WriteLock, false))
+        return true;
+
+    // Holding the lock makes the socket name ours: whatever file is there
+    // belongs to an instance that died or gave up, or to our own earlier turn.
+    if (server->isListening())
+        server->close();
+    bool listening = server->listen(socketName);
+    if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
+        QFile::remove(QDir::cleanPath(QDir::tempPath()) + QLatin1Char('/') + socketName);
+        listening = server->listen(socketName);
+    }
+    if (listening)
+        fileIdentity(server->fullServerName(), &m_socketDevice, &m_socketInode);
+    else
+        qWarning("QtSingleCoreApplication: listen on local socket failed, %s", qPrintable(server->errorString()));
+    QObject::connect(server, &QLocalServer::newConnection, this, &QtLocalPeer::receiveConnection,
+                     Qt::UniqueConnection);
+    return false;
+}
+
+bool QtLocalPeer::sendMessage(const QString& message, int timeout)
+{
+    if (!isClient())
+        return false;
+
+    QLocalSocket socket;
+    bool connected = false;
+    // Twice: the primary may hold the lock but not listen yet.
+    for (int attempt = 0; attempt < 2 && !connected; ++attempt) {
+        if (attempt > 0)
+            QThread::msleep(250);
+        socket.connectToServer(socketName);
+        connected = socket.waitForConnected(timeout < 0 ? -1 : timeout / 2);
+    }
+    if (!connected)
+        return false;
+
+    const QByteArray body = message.toUtf8();
+    {
+        QDataStream stream(&socket);
+        stream.writeBytes(body.constData(), uint(body.size()));
+    }
+    QDeadlineTimer deadline(timeout < 0 ? QDeadlineTimer::Forever : QDeadlineTimer(timeout));
+    while (socket.bytesToWrite() > 0) {
+        if (!socket.waitForBytesWritten(int(deadline.remainingTime())))
+            return false;
+    }
+
+    QByteArray answer;
+    deadline = timeout < 0 ? QDeadlineTimer(QDeadlineTimer::Forever) : QDeadlineTimer(timeout);
+    while (answer.size() < ackSize) {
+        if (socket.bytesAvailable() == 0 && !socket.waitForReadyRead(int(deadline.remainingTime())))
+            break;
+        answer += socket.read(ackSize - answer.size());
+    }
+    return answer == QByteArray(ack, ackSize);
+}
+
+bool QtLocalPeer::unlock()
+{
+    return lockFile.unlock();
+}
+
+void QtLocalPeer::receiveConnection()
+{
+    while (QLocalSocket* socket = server->nextPendingConnection())
+        new IncomingMessage(socket, [this](const QString& message) { Q_EMIT messageReceived(message); });
+}
