@@ -5,6 +5,8 @@
 
 #include <QAbstractItemView>
 #include <QDate>
+#include <QList>
+#include <QPointer>
 #include <QStringList>
 
 class QAction;
@@ -64,6 +66,8 @@ protected:
     bool isIndexHidden(const QModelIndex& index) const override;
     void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
     QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    /** Tab and Backtab walk view, previous month, next month, month, year, year editor, day grid, today. */
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void showMonthName(int month);
@@ -71,6 +75,7 @@ private:
     QCalendarWidget* m_calendar = nullptr;
     QTableWidget* m_weekdayHeader = nullptr;
     QStringList m_monthNames;
+    QList<QPointer<QWidget>> m_tabCycle;
 };
 
 #endif // ORVACAT_ORVACALANDERVIEW_H

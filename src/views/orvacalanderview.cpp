@@ -9,6 +9,7 @@
 #include "resources/dpiscaling_p.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -213,17 +214,47 @@ void OrvaCalanderView::handleWeekdayHeader()
 
 void OrvaCalanderView::handleTabOrder()
 {
-    // A child that is missing drops out of the cycle and its neighbours meet.
+    // The cycle is walked by focusNextPrevChild() rather than written into
+    // the window's focus chain with QWidget::setTabOrder: the day grid, the
+    // year editor and the view itself have children that proxy their focus
+    // to them, and setTabOrder moves such a widget together with everything
+    // up to that child, which cuts the day grid out of the chain. The
+    // calendar, whose focus proxy is the grid, would also count as a stop of
+    // its own right after the view. A child that is missing drops out of the
+    // cycle and its neighbours meet.
     const char* const chainNames[] = {prevMonthName, nextMonthName, monthButtonName, yearButtonName,
                                       yearEditName, dayGridName, todayButtonName};
-    QList<QWidget*> chain{this};
+    m_tabCycle.clear();
+    m_tabCycle.append(this);
     for (const char* name : chainNames) {
         if (QWidget* widget = findChild<QWidget*>(QLatin1String(name)))
-            chain.append(widget);
+            m_tabCycle.append(widget);
     }
-    chain.append(this);
-    for (int i = 0; i + 1 < chain.size(); ++i)
-        QWidget::setTabOrder(chain.at(i), chain.at(i + 1));
+}
+
+bool OrvaCalanderView::focusNextPrevChild(bool next)
+{
+    QWidget* focus = QApplication::focusWidget();
+    int at = -1;
+    for (int i = 0; i < m_tabCycle.size(); ++i) {
+        if (m_tabCycle.at(i) && m_tabCycle.at(i) == focus)
+            at = i;
+    }
+    if (at < 0)
+        return QAbstractItemView::focusNextPrevChild(next);
+
+    const int count = m_tabCycle.size();
+    for (int step = 1; step < count; ++step) {
+        QWidget* candidate = m_tabCycle.at(((next ? at + step : at - step) % count + count) % count);
+        // Hidden stops are passed by: the year editor is only there while the
+        // year is being edited. The focus policy is not asked: the calendar
+        // switches the day grid's off while the year editor is open.
+        if (!candidate || !candidate->isVisible() || !candidate->isEnabled())
+            continue;
+        candidate->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    }
+    return true;
 }
 
 bool OrvaCalanderView::eventFilter(QObject* watched, QEvent* event)
