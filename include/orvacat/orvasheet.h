@@ -39,6 +39,7 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
 
     /**
      * Paints the eight shadow pictures into the band: corners at band size,

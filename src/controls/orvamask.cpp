@@ -75,20 +75,40 @@ OrvaMask::OrvaMask(QWidget* child, QWidget* parent, QColor colour)
     , d(new OrvaMaskPrivate(this))
 {
     d->colour = colour;
+    // Whether the host had already shown the child: laying it into the mask
+    // reparents it, and reparenting hides a widget.
+    const bool childWasShown = child && child->testAttribute(Qt::WA_WState_ExplicitShowHide)
+        && !child->testAttribute(Qt::WA_WState_Hidden);
     d->init(child);
-    // A child that is not shown yet keeps the mask out of sight too: the mask
-    // must not appear on its own when the window is shown.
-    if (!child || child->isHidden())
-        hide();
-    if (child)
+    if (child) {
         child->installEventFilter(this);
+        // A child deleted while shown sends no hide event; the mask must not
+        // stay over the window on its own.
+        connect(child, &QObject::destroyed, this, [this] {
+            d->child = nullptr;
+            hide();
+        });
+    }
+    // The mask appears only with its child: not on its own when the window
+    // is shown, and not before the child is.
+    if (childWasShown)
+        child->show();
+    else
+        hide();
     if (parent) {
         auto* parentFilter = new ParentEventFilterWidget(this, parent);
         parent->installEventFilter(parentFilter);
     }
 }
 
-OrvaMask::~OrvaMask() = default;
+OrvaMask::~OrvaMask()
+{
+    // The child goes down with the mask, after this part of it is gone.
+    if (d->child) {
+        d->child->removeEventFilter(this);
+        disconnect(d->child, nullptr, this, nullptr);
+    }
+}
 
 void OrvaMask::resize()
 {

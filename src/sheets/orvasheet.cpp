@@ -4,6 +4,7 @@
 
 #include "resources/dpiscaling_p.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPixmap>
@@ -71,6 +72,25 @@ void OrvaSheet::showEvent(QShowEvent* event)
 {
     setContentsMargins(m_shadowWidth, m_shadowWidth, m_shadowWidth, m_shadowWidth);
     QWidget::showEvent(event);
+}
+
+bool OrvaSheet::event(QEvent* event)
+{
+    const bool result = QFrame::event(event);
+    // QFrame recomputes its contents margins from the frame width when it is
+    // polished, restyled or reparented, and gives up ours entirely while the
+    // sheet is still smaller than two bands (as every new widget is). The band
+    // must survive that, or setWidget() would size the sheet without it.
+    switch (event->type()) {
+    case QEvent::Polish:
+    case QEvent::StyleChange:
+    case QEvent::ParentChange:
+        setContentsMargins(m_shadowWidth, m_shadowWidth, m_shadowWidth, m_shadowWidth);
+        break;
+    default:
+        break;
+    }
+    return result;
 }
 
 void OrvaSheet::drawShadow(QPainter& painter)
