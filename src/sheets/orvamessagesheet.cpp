@@ -48,7 +48,11 @@ void MessageLabel::resizeEvent(QResizeEvent* event)
     // the height fixed for an earlier, narrower width is lifted first: a
     // label must shrink again when it gets wider.
     setMinimumHeight(0);
-    setFixedHeight(heightForWidth(width()));
+    int height = heightForWidth(width());
+    // A label that never had a text has no height-for-width answer.
+    if (height < 0)
+        height = qMax(0, sizeHint().height());
+    setFixedHeight(height);
 }
 
 // ---------------------------------------------------------------------------
