@@ -17,7 +17,7 @@
 GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, QWidget* parent)
     : QWidget(parent)
     , m_themeDir(themeDir)
-    , m_languageBox(new QComboBox)
+    , m_languageBox(new OrvaComboBox)
     , m_pageList(new QListWidget)
     , m_pages(new QStackedWidget)
 {
@@ -25,36 +25,69 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     setWindowTitle(QStringLiteral("Orvacat gallery"));
 
     const double factor = DPIinfo::getInstance()->getDPI();
+    auto px = [factor](int n) { return int(n * factor); };
+
     m_languageBox->addItems(ThemeFiles::languages(themeDir));
     m_languageBox->setCurrentText(language);
-    m_pageList->setFixedWidth(int(160 * factor));
-    m_pageList->setFrameShape(QFrame::NoFrame);
-    m_pageList->setStyleSheet(QStringLiteral(
-        "QListWidget { background: #F3F5F8; outline: none; }"
-        "QListWidget::item { padding: %1px %2px; color: #2B3440; }"
-        "QListWidget::item:selected { background: #DCE8F7; color: #1A5FB4; }")
-        .arg(int(6 * factor)).arg(int(12 * factor)));
+    m_languageBox->setMinimumWidth(px(64));
 
-    auto* header = new QHBoxLayout;
+    m_pageList->setObjectName(QStringLiteral("galleryPageList"));
+    m_pageList->setFixedWidth(px(170));
+    m_pageList->setFrameShape(QFrame::NoFrame);
+    m_pageList->setSpacing(0);
+    m_pageList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pageList->setFocusPolicy(Qt::StrongFocus);
+
+    m_pages->setObjectName(QStringLiteral("galleryPages"));
+
+    auto* header = new QWidget;
+    header->setObjectName(QStringLiteral("galleryHeader"));
+    auto* headerLayout = new QHBoxLayout(header);
+    headerLayout->setContentsMargins(px(16), px(10), px(16), px(10));
+    headerLayout->setSpacing(px(8));
     auto* title = new QLabel(QStringLiteral("liborvacat-qt gallery"));
-    QFont titleFont = title->font();
-    titleFont.setBold(true);
-    title->setFont(titleFont);
-    header->addWidget(title);
-    header->addStretch(1);
-    header->addWidget(new QLabel(QStringLiteral("Language")));
-    header->addWidget(m_languageBox);
+    title->setObjectName(QStringLiteral("galleryTitle"));
+    auto* subtitle = new QLabel(QStringLiteral("every control on the default theme"));
+    subtitle->setObjectName(QStringLiteral("gallerySubtitle"));
+    headerLayout->addWidget(title);
+    headerLayout->addWidget(subtitle);
+    headerLayout->addStretch(1);
+    headerLayout->addWidget(new QLabel(QStringLiteral("Language")));
+    headerLayout->addWidget(m_languageBox);
 
     auto* body = new QHBoxLayout;
+    body->setContentsMargins(0, 0, 0, 0);
     body->setSpacing(0);
     body->addWidget(m_pageList);
     body->addWidget(m_pages, 1);
 
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, int(8 * factor), 0, 0);
-    header->setContentsMargins(int(12 * factor), 0, int(12 * factor), int(8 * factor));
-    layout->addLayout(header);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(header);
     layout->addLayout(body, 1);
+
+    // The shell's own look. Pages group their controls in QGroupBoxes, drawn
+    // here as white cards on a light background; the toolkit's widgets keep
+    // the theme's style sheets, which win over these rules.
+    setStyleSheet(QStringLiteral(
+        "#galleryHeader { background: #FFFFFF; border-bottom: 1px solid #DADCE0; }"
+        "#galleryTitle { color: #202124; font-weight: bold; font-size: %1px; }"
+        "#gallerySubtitle { color: #5F6368; }"
+        "#galleryPageList { background: #F1F3F4; border-right: 1px solid #DADCE0; outline: none;"
+        "  padding-top: %2px; }"
+        "#galleryPageList::item { color: #3C4043; padding: %3px %4px; border: none; }"
+        "#galleryPageList::item:hover { background: #E8EAED; }"
+        "#galleryPageList::item:selected { color: #174EA6; background: #D2E3FC; }"
+        "#galleryPages { background: #F8F9FA; }"
+        "#galleryPages QGroupBox { background: #FFFFFF; border: 1px solid #DADCE0; border-radius: %5px;"
+        "  margin-top: %6px; padding: %7px %8px %8px %8px; }"
+        "#galleryPages QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left;"
+        "  left: %9px; padding: 0px %10px; color: #202124; font-weight: bold; }")
+        .arg(px(15)).arg(px(6)).arg(px(7)).arg(px(14)).arg(px(6)).arg(px(20)).arg(px(10)).arg(px(8))
+        .arg(px(6)).arg(px(2)));
+    m_pages->setAttribute(Qt::WA_StyledBackground);
+    header->setAttribute(Qt::WA_StyledBackground);
 
     connect(m_pageList, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);

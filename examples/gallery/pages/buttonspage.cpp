@@ -1,0 +1,188 @@
+// Gallery page: the push buttons in their six looks, icon buttons with the
+// theme's pictures, check boxes and radio buttons.
+
+#include "gallerypages.h"
+
+#include <orvacat/orvacat.h>
+
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace {
+
+int px(int n)
+{
+    return int(n * DPIinfo::getInstance()->getDPI());
+}
+
+QLabel* caption(const QString& text)
+{
+    auto* label = new QLabel(text);
+    label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
+    return label;
+}
+
+QLabel* rowTitle(const QString& text)
+{
+    auto* label = new QLabel(text);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    return label;
+}
+
+QGroupBox* pushButtonSection()
+{
+    auto* box = new QGroupBox(QStringLiteral("Push buttons"));
+    auto* grid = new QGridLayout(box);
+    grid->setHorizontalSpacing(px(18));
+    grid->setVerticalSpacing(px(6));
+
+    struct Role
+    {
+        int role;
+        QString text;
+        QString name;
+    };
+    const QList<Role> roles = {
+        {0, ComponentStrings::getInstance()->getString(QStringLiteral("ok")), QStringLiteral("0 apply")},
+        {1, ComponentStrings::getInstance()->getString(QStringLiteral("cancel")), QStringLiteral("1 cancel")},
+        {2, QStringLiteral("3"), QStringLiteral("2 selected page")},
+        {3, QStringLiteral("4"), QStringLiteral("3 other page")},
+        {4, QStringLiteral("Details"), QStringLiteral("4 default")},
+        {5, QStringLiteral("Delete"), QStringLiteral("5 destructive")},
+    };
+
+    grid->addWidget(rowTitle(QStringLiteral("Enabled")), 0, 0);
+    grid->addWidget(rowTitle(QStringLiteral("Disabled")), 1, 0);
+    for (int i = 0; i < roles.size(); ++i) {
+        const Role& role = roles.at(i);
+        for (int row = 0; row < 2; ++row) {
+            auto* button = new OrvaButton(role.text, role.role);
+            // Page-number buttons are square, as in the paging bar.
+            if (role.role == 2 || role.role == 3)
+                button->setFixedSize(px(24), px(24));
+            else
+                button->setMinimumWidth(px(72));
+            button->setEnabled(row == 0);
+            grid->addWidget(button, row, i + 1, Qt::AlignHCenter | Qt::AlignVCenter);
+        }
+        grid->addWidget(caption(QStringLiteral("Role %1").arg(role.name)), 2, i + 1);
+    }
+    grid->setColumnStretch(roles.size() + 1, 1);
+    return box;
+}
+
+QGroupBox* iconButtonSection()
+{
+    auto* box = new QGroupBox(QStringLiteral("Icon buttons"));
+    auto* grid = new QGridLayout(box);
+    grid->setHorizontalSpacing(px(24));
+    grid->setVerticalSpacing(px(6));
+
+    const QStringList keys = {
+        QStringLiteral("bt_pagebar_backend"), QStringLiteral("bt_pagebar_back"), QStringLiteral("bt_pagebar_refresh"),
+        QStringLiteral("bt_pagebar_next"),    QStringLiteral("bt_pagebar_nextend"), QStringLiteral("bt_search_dropdown"),
+    };
+    int column = 0;
+    for (const QString& key : keys) {
+        auto* button = new OrvaIconButton(key);
+        button->setToolTip(getHtmlEscapedStringForToolTip(key));
+        grid->addWidget(button, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
+        grid->addWidget(caption(key), 1, column);
+        ++column;
+    }
+
+    // The same picture disabled, and one made from a single pixmap.
+    auto* disabled = new OrvaIconButton(QStringLiteral("bt_pagebar_refresh"));
+    disabled->setEnabled(false);
+    grid->addWidget(disabled, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
+    grid->addWidget(caption(QStringLiteral("disabled")), 1, column++);
+
+    auto* single = new OrvaIconButton(getGlobalImage("folder", ImageManager::Normal));
+    grid->addWidget(single, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
+    grid->addWidget(caption(QStringLiteral("one pixmap")), 1, column++);
+
+    grid->setColumnStretch(column, 1);
+    auto* hint = new QLabel(QStringLiteral("Point at, press and tab to the buttons: each state has its own picture, "
+                                           "and the hover picture stays while a button has the focus."));
+    hint->setWordWrap(true);
+    hint->setStyleSheet(QStringLiteral("color: #5F6368;"));
+    grid->addWidget(hint, 2, 0, 1, column + 1);
+    return box;
+}
+
+QGroupBox* toggleSection()
+{
+    auto* box = new QGroupBox(QStringLiteral("Check boxes and radio buttons"));
+    auto* columns = new QHBoxLayout(box);
+    columns->setSpacing(px(40));
+
+    auto* checks = new QVBoxLayout;
+    checks->setSpacing(px(8));
+    auto* unchecked = new OrvaCheckBox(QStringLiteral("Show hidden files"));
+    auto* checked = new OrvaCheckBox(QStringLiteral("Remember my choice"));
+    checked->setChecked(true);
+    auto* partial = new OrvaCheckBox(QStringLiteral("Some folders selected"));
+    partial->setTristate(true);
+    partial->setCheckState(Qt::PartiallyChecked);
+    auto* disabledOff = new OrvaCheckBox(QStringLiteral("Disabled, off"));
+    disabledOff->setEnabled(false);
+    auto* disabledOn = new OrvaCheckBox(QStringLiteral("Disabled, on"));
+    disabledOn->setChecked(true);
+    disabledOn->setEnabled(false);
+    for (QWidget* widget : {static_cast<QWidget*>(unchecked), static_cast<QWidget*>(checked),
+                            static_cast<QWidget*>(partial), static_cast<QWidget*>(disabledOff),
+                            static_cast<QWidget*>(disabledOn)})
+        checks->addWidget(widget);
+    checks->addStretch(1);
+
+    auto* radios = new QVBoxLayout;
+    radios->setSpacing(px(8));
+    auto* group = new QButtonGroup(box);
+    const QStringList schedule = {QStringLiteral("Back up daily"), QStringLiteral("Back up weekly"),
+                                  QStringLiteral("Back up monthly")};
+    for (int i = 0; i < schedule.size(); ++i) {
+        auto* radio = new OrvaRadioButton(schedule.at(i));
+        radio->setChecked(i == 1);
+        group->addButton(radio);
+        radios->addWidget(radio);
+    }
+    // A second group, all disabled, so that both disabled pictures show.
+    auto* disabledGroup = new QButtonGroup(box);
+    auto* radioOff = new OrvaRadioButton(QStringLiteral("Disabled, off"));
+    auto* radioOn = new OrvaRadioButton(QStringLiteral("Disabled, on"));
+    disabledGroup->addButton(radioOff);
+    disabledGroup->addButton(radioOn);
+    radioOn->setChecked(true);
+    radioOff->setEnabled(false);
+    radioOn->setEnabled(false);
+    radios->addWidget(radioOff);
+    radios->addWidget(radioOn);
+    radios->addStretch(1);
+
+    columns->addLayout(checks);
+    columns->addLayout(radios);
+    columns->addStretch(1);
+    return box;
+}
+
+QWidget* createPage()
+{
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    layout->setSpacing(px(14));
+    layout->addWidget(pushButtonSection());
+    layout->addWidget(iconButtonSection());
+    layout->addWidget(toggleSection());
+    layout->addStretch(1);
+    return page;
+}
+
+GalleryPageRegistration registration("buttons", "Buttons", 10, &createPage);
+
+} // namespace
