@@ -1,0 +1,191 @@
+// Under a real X server: a blocking sheet takes its window's close button
+// away for the run and gives it back afterwards, also when sheets nest.
+
+#include "testmain.h"
+#include "testenvironment.h"
+#include "modalrun.h"
+
+#include <orvacat/messagehelpers.h>
+#include <orvacat/orvainputsheet.h>
+#include <orvacat/orvamask.h>
+#include <orvacat/orvamessagesheet.h>
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QStandardPaths>
+
+using namespace ModalRun;
+
+namespace {
+
+constexpr quint32 MwmHintsFunctions = 0x1;
+constexpr quint32 MwmFuncClose = 0x20;
+
+/** Whether the window manager may offer "close" for @p window, as xprop reads its Motif hints. */
+bool allowsClose(WId window)
+{
+    QProcess xprop;
+    xprop.start(QStringLiteral("xprop"),
+                {QStringLiteral("-id"), QString::number(window), QStringLiteral("_MOTIF_WM_HINTS")});
+    if (!xprop.waitForFinished(10000) || xprop.exitCode() != 0)
+        return true;
+    // "_MOTIF_WM_HINTS(_MOTIF_WM_HINTS) = 0x3, 0x3e, 0x7e, 0x0, 0x0", or "... not found."
+    const QString output = QString::fromLocal8Bit(xprop.readAllStandardOutput()).trimmed();
+    const int equals = output.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return true;
+    const QStringList values = output.mid(equals + 1).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (values.size() < 2)
+        return true;
+    const quint32 flags = values.at(0).trimmed().toUInt(nullptr, 0);
+    const quint32 functions = values.at(1).trimmed().toUInt(nullptr, 0);
+    return !(flags & MwmHintsFunctions) || (functions & MwmFuncClose);
+}
+
+} // namespace
+
+class TestMessageSheetX11 : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void closeButtonGoneDuringRun();
+    void closeButtonStaysWithoutBlocking();
+    void nestedSheetsKeepButtonAwayUntilLastEnds();
+    void inputSheetAndHelperTakeButtonAway();
+
+private:
+    WId windowId() const { return m_window->windowHandle()->winId(); }
+
+    QWidget* m_window = nullptr;
+};
+
+void TestMessageSheetX11::initTestCase()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        QSKIP("Needs an X server (run under xvfb-run on the xcb platform)");
+    if (QStandardPaths::findExecutable(QStringLiteral("xprop")).isEmpty())
+        QSKIP("Needs xprop");
+    TestEnvironment::installDefaultTheme();
+}
+
+void TestMessageSheetX11::init()
+{
+    m_window = new QWidget;
+    m_window->resize(TestEnvironment::scaled(800), TestEnvironment::scaled(500));
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    QVERIFY(allowsClose(windowId()));
+}
+
+void TestMessageSheetX11::cleanup()
+{
+    delete m_window;
+    m_window = nullptr;
+    QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
+}
+
+void TestMessageSheetX11::closeButtonGoneDuringRun()
+{
+    auto* sheet = static_cast<OrvaMessageSheet*>(OrvaMask::createMask(
+        new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, QStringLiteral("Blocking"), m_window), m_window,
+        QColor(0, 0, 0, 20)));
+    bool closableDuringRun = true;
+    bool closedDuringRun = true;
+    bool stillShown = false;
+    whenRunning([&]() {
+        closableDuringRun = allowsClose(windowId());
+        closedDuringRun = m_window->close();
+        stillShown = m_window->isVisible();
+        press(m_window, Qt::Key_Escape);
+    });
+    Watchdog watchdog([&]() { sheet->quit(); });
+    QCOMPARE(sheet->exec(), int(QMessageBox::Discard));
+    QVERIFY(!watchdog.fired);
+    QVERIFY(!closableDuringRun);
+    QVERIFY(!closedDuringRun);
+    QVERIFY(stillShown);
+    QVERIFY(allowsClose(windowId()));
+    QVERIFY(m_window->isVisible());
+}
+
+void TestMessageSheetX11::closeButtonStaysWithoutBlocking()
+{
+    OrvaMessageSheet sheet(OrvaMessageSheet::InformationMessage, QStringLiteral("Free"), m_window);
+    sheet.setBlockWindowButton(false);
+    bool closableDuringRun = false;
+    whenRunning([&]() {
+        closableDuringRun = allowsClose(windowId());
+        sheet.quit();
+    });
+    Watchdog watchdog([&]() { sheet.quit(); });
+    QCOMPARE(sheet.exec(), 0);
+    QVERIFY(!watchdog.fired);
+    QVERIFY(closableDuringRun);
+
+    // showSheet() leaves the button alone, showSheetWithBlock() takes it.
+    sheet.setBlockWindowButton(true);
+    sheet.showSheet();
+    QVERIFY(allowsClose(windowId()));
+    sheet.done(0);
+    sheet.showSheetWithBlock();
+    QVERIFY(!allowsClose(windowId()));
+    sheet.done(0);
+    QVERIFY(allowsClose(windowId()));
+}
+
+void TestMessageSheetX11::nestedSheetsKeepButtonAwayUntilLastEnds()
+{
+    OrvaMessageSheet outer(OrvaMessageSheet::QuestionMessage, QStringLiteral("Outer"), m_window);
+    bool closableDuringInner = true;
+    bool closableAfterInner = true;
+    whenRunning([&]() {
+        OrvaMessageSheet inner(OrvaMessageSheet::InformationMessage, QStringLiteral("Inner"), m_window);
+        whenRunning([&]() {
+            closableDuringInner = allowsClose(windowId());
+            inner.done(QMessageBox::Ok);
+        });
+        Watchdog innerWatchdog([&]() { inner.quit(); });
+        inner.exec();
+        closableAfterInner = allowsClose(windowId());
+        outer.done(QMessageBox::Ok);
+    });
+    Watchdog watchdog([&]() { outer.quit(); });
+    QCOMPARE(outer.exec(), int(QMessageBox::Ok));
+    QVERIFY(!watchdog.fired);
+    QVERIFY(!closableDuringInner);
+    QVERIFY(!closableAfterInner);
+    QVERIFY(allowsClose(windowId()));
+}
+
+void TestMessageSheetX11::inputSheetAndHelperTakeButtonAway()
+{
+    OrvaInputSheet input(QStringLiteral("Name"), m_window);
+    bool closableDuringInput = true;
+    whenRunning([&]() {
+        closableDuringInput = allowsClose(windowId());
+        press(m_window, Qt::Key_Return);
+    });
+    Watchdog watchdog([&]() { input.quit(); });
+    QCOMPARE(input.exec(), int(QMessageBox::Ok));
+    QVERIFY(!closableDuringInput);
+    QVERIFY(allowsClose(windowId()));
+
+    bool closableDuringConfirm = true;
+    whenRunning([&]() {
+        closableDuringConfirm = allowsClose(windowId());
+        press(m_window, Qt::Key_Return);
+    });
+    QCOMPARE(showConfirmMsg(QStringLiteral("T"), QStringLiteral("Sure?"), m_window), int(QMessageBox::Ok));
+    QVERIFY(!watchdog.fired);
+    QVERIFY(!closableDuringConfirm);
+    QVERIFY(allowsClose(windowId()));
+}
+
+ORVACAT_TEST_MAIN(TestMessageSheetX11)
+
+#include "tst_messagesheet_x11.moc"
