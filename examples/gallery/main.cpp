@@ -50,8 +50,9 @@ int main(int argc, char** argv)
     if (wantsScreenshots(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    // 1. The application object.
-    QApplication app(argc, argv);
+    // 1. The application object: one gallery per user; a second start hands
+    // its command line to the first and ends.
+    QtSingleApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvacat-gallery"));
 
     QCommandLineParser parser;
@@ -66,6 +67,15 @@ int main(int argc, char** argv)
     parser.addOptions({themeOption, languageOption, screenshotOption});
     parser.process(app);
 
+    // Screenshots are a batch job and never wait for a running gallery.
+    const bool screenshots = parser.isSet(screenshotOption);
+    if (!screenshots && app.isRunning()) {
+        if (app.sendMessage(app.arguments().join(QLatin1Char('\n'))))
+            return 0;
+        qCritical("Another gallery is running but did not answer");
+        return 1;
+    }
+
     const QString themeDir = findThemeDir(parser.value(themeOption));
     if (!QFileInfo::exists(themeDir + QLatin1String("/images.json"))) {
         qCritical("No theme found at %s; pass --theme DIR", qPrintable(themeDir));
@@ -75,8 +85,10 @@ int main(int argc, char** argv)
     if (userDataDir.isEmpty())
         userDataDir = QDir::tempPath() + QLatin1String("/orvacat-gallery");
 
-    QString language = parser.value(languageOption);
     const QStringList languages = ThemeFiles::languages(themeDir);
+    QString language = parser.value(languageOption);
+    if (!parser.isSet(languageOption) && languages.contains(OrvaLocale::getInstance()->getDefaultLanguage()))
+        language = OrvaLocale::getInstance()->getDefaultLanguage();
     if (!languages.contains(language))
         language = languages.contains(QStringLiteral("enu")) ? QStringLiteral("enu") : languages.value(0);
 
@@ -90,13 +102,14 @@ int main(int argc, char** argv)
 
     // 6. Widgets.
     GalleryWindow window(themeDir, language);
-    if (parser.isSet(screenshotOption)) {
+    if (screenshots) {
         const QString dir = QFileInfo(parser.value(screenshotOption)).absoluteFilePath();
         const bool written = window.saveScreenshots(dir);
         if (written)
             printf("Screenshots written to %s\n", qPrintable(dir));
         return written ? 0 : 1;
     }
+    app.setActivationWindow(&window);
     window.show();
     return app.exec();
 }
