@@ -143,6 +143,7 @@ private Q_SLOTS:
     void defaultIdIsTheExecutable();
     void lockedFileRefusesTruncateAndNeedsAnOpenFile();
     void lockedFileTracksItsMode();
+    void primaryKeepsItsRoleAndSendsNothing();
 
     void sixteenStartsGiveOnePrimaryAndEveryMessageOnce();
     void messagesArriveIntact_data();
@@ -324,6 +325,39 @@ void TestSingleApplication::lockedFileTracksItsMode()
     QVERIFY(!held.lock(QtLockedFile::WriteLock, false));
     QVERIFY(!held.lock(QtLockedFile::ReadLock, false));
     QVERIFY(!held.isLocked());
+}
+
+void TestSingleApplication::primaryKeepsItsRoleAndSendsNothing()
+{
+    const QString id = QStringLiteral("org.orvacat.in-process");
+    const QString socketPath = QDir::tempPath() + QLatin1Char('/') + expectedSocketName(id, false);
+    {
+        InspectablePeer peer(nullptr, id);
+        QSignalSpy received(&peer, &QtLocalPeer::messageReceived);
+        QVERIFY(received.isValid());
+        QVERIFY(!peer.isClient());
+        QVERIFY(!peer.isClient());
+        QVERIFY(QFileInfo::exists(socketPath));
+        QVERIFY(!peer.sendMessage(QStringLiteral("to myself"), 1000));
+
+        // Given up and taken again within one process: listening anew, no warning.
+        QVERIFY(peer.unlock());
+        QVERIFY(peer.unlock());
+        QVERIFY(!peer.isClient());
+        QVERIFY(QFileInfo::exists(socketPath));
+
+        QLocalSocket socket;
+        socket.connectToServer(peer.name());
+        QVERIFY(socket.waitForConnected(startTimeout));
+        socket.write(frame("in process"));
+        QTRY_COMPARE_WITH_TIMEOUT(socket.bytesAvailable(), qint64(3), startTimeout);
+        socket.disconnectFromServer();
+        QTRY_COMPARE_WITH_TIMEOUT(received.count(), 1, startTimeout);
+        QCOMPARE(received.at(0).at(0).toString(), QStringLiteral("in process"));
+    }
+    // The socket goes with its primary; the lock file stays.
+    QVERIFY(!QFileInfo::exists(socketPath));
+    QVERIFY(QFileInfo::exists(lockFilePath(expectedSocketName(id, false))));
 }
 
 void TestSingleApplication::sixteenStartsGiveOnePrimaryAndEveryMessageOnce()

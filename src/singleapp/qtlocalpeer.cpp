@@ -32,8 +32,8 @@ const int hangUpTimeout = 1000;
  * One message arriving on one connection. The receiving side reads the
  * 4-byte count and the body as the data comes in (a stalled sender never
  * blocks the event loop), answers "ack" once the body is complete, and hands
- * the message on only after the sender has hung up, so that a sender that
- * gave up waiting for the answer is not reported twice when it tries again.
+ * the message on only after the sender has hung up (or had a second to), so
+ * that the sender has its answer before the host gets busy with the message.
  */
 class IncomingMessage : public QObject
 {
@@ -104,10 +104,12 @@ private:
             if (m_socket->bytesAvailable() > 0)
                 read();
             if (m_phase == Reading) {
-                if (!m_haveCount)
-                    qWarning("QtLocalPeer: Peer disconnected");
-                else
+                if (m_haveCount) {
+                    // A short body is dropped unanswered, never padded out.
                     fail(m_socket->errorString());
+                    return;
+                }
+                qWarning("QtLocalPeer: Peer disconnected");
                 finish();
                 return;
             }
@@ -138,10 +140,8 @@ private:
         // The body's own length, not QString::fromUtf8(QByteArray), which
         // would stop at the first NUL byte.
         const QString message = QString::fromUtf8(m_body.constData(), m_body.size());
-        std::function<void(const QString&)> deliverTo = m_deliver;
         finish();
-        // Last: a receiver may delete the peer, and with it this object.
-        deliverTo(message);
+        m_deliver(message);
     }
 
     void finish()
@@ -208,6 +208,16 @@ QtLocalPeer::QtLocalPeer(QObject* parent, const QString& appId)
 
 QtLocalPeer::~QtLocalPeer()
 {
+    // Messages still arriving die with the peer; their sockets must not
+    // report a hang-up to it while it is being torn down.
+    while (QLocalSocket* waiting = server->nextPendingConnection())
+        delete waiting;
+    const QList<QLocalSocket*> connections = server->findChildren<QLocalSocket*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QLocalSocket* connection : connections) {
+        connection->disconnect();
+        delete connection;
+    }
+
     if (!server->isListening() || lockFile.isLocked())
         return;
     // After unlock() a successor may have replaced our socket file with its
@@ -218,7 +228,7 @@ QtLocalPeer::~QtLocalPeer()
     quint64 inode = 0;
     if (fileIdentity(server->fullServerName(), &device, &inode)
         && (device != m_socketDevice || inode != m_socketInode)) {
-        server->disconnect(this);
+        server->disconnect();
         server->setParent(nullptr);
         abandonedServers().append(server);
     }
@@ -294,6 +304,11 @@ bool QtLocalPeer::unlock()
 
 void QtLocalPeer::receiveConnection()
 {
+    // Reported from the event loop with nothing of the socket on the stack,
+    // so that a receiver may quit, or delete this peer, as it likes.
+    auto deliver = [this](const QString& message) {
+        QMetaObject::invokeMethod(this, [this, message] { Q_EMIT messageReceived(message); }, Qt::QueuedConnection);
+    };
     while (QLocalSocket* socket = server->nextPendingConnection())
-        new IncomingMessage(socket, [this](const QString& message) { Q_EMIT messageReceived(message); });
+        new IncomingMessage(socket, deliver);
 }
