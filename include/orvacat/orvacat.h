@@ -42,6 +42,9 @@
 #include <orvacat/orvabuttonpath.h>
 
 // Help
+#include <orvacat/htmltextbrowser.h>
+#include <orvacat/browserwindow.h>
+#include <orvacat/helpwindow.h>
 
 // Focus and platform
 #include <orvacat/accessiblelist.h>
