@@ -11,7 +11,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& reports)
 {
     for (const Run& run : reports) {
         if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-            m_times[run.benchmark_name()] = run.GetAdjustedRealTime();
+            m_times[run.benchmark_name()] = run.GetAdjustedCPUTime();
     }
     ConsoleReporter::ReportRuns(reports);
 }
@@ -19,7 +19,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& reports)
 void RatioReporter::Finalize()
 {
     ConsoleReporter::Finalize();
-    std::printf("\nRatios (measured time / reference time):\n");
+    std::printf("\nRatios (measured CPU time / reference CPU time):\n");
     for (const Comparison& comparison : m_comparisons) {
         const auto measured = m_times.find(comparison.measured);
         const auto reference = m_times.find(comparison.reference);

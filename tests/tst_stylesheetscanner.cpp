@@ -116,6 +116,7 @@ private Q_SLOTS:
     void splitsSections_data();
     void splitsSections();
     void sectionSplittingAgreesWithTextStreamOnGeneratedText();
+    void placeholdersAgreeWithSequentialReplacement();
     void longLinesAndLargeTextsStayLinear();
 };
 
@@ -251,6 +252,27 @@ void TestStyleSheetScanner::sectionSplittingAgreesWithTextStreamOnGeneratedText(
         const QString text = generate(random, 1 + random.bounded(60));
         if (sectionsOf(text) != Oracle::splitSections(text))
             QFAIL(qPrintable(QStringLiteral("input %1").arg(text)));
+    }
+}
+
+void TestStyleSheetScanner::placeholdersAgreeWithSequentialReplacement()
+{
+    // Folders that could take part in a match after their replacement are
+    // the hard cases; ordinary ones take the one-pass path.
+    const QStringList tempFolders{"/home/u/.local/share/app/tmp_images", "LOC/x", "/x/IMG_", "/IMG_LOC/x", "C", "I", ""};
+    const QStringList imageFolders{"/usr/share/app/images", "TMPIMG_LOC", ""};
+    QRandomGenerator random(99);
+    for (int i = 0; i < 3000; ++i) {
+        const QString text = generate(random, 1 + random.bounded(30)) + QLatin1String("TMPTMPIMG_LOCIMG_LOC");
+        const QString& tempFolder = tempFolders.at(i % tempFolders.size());
+        const QString& imageFolder = imageFolders.at(i % imageFolders.size());
+        QString expected = text;
+        expected.replace(QLatin1String("TMPIMG_LOC"), tempFolder);
+        expected.replace(QLatin1String("IMG_LOC"), imageFolder);
+        const QString actual = StyleSheetScanner::replacePlaceholders(text, tempFolder, imageFolder);
+        if (actual != expected)
+            QFAIL(qPrintable(QStringLiteral("folders %1 %2, input %3:\n got      %4\n expected %5")
+                                 .arg(tempFolder, imageFolder, text, actual, expected)));
     }
 }
 

@@ -50,6 +50,22 @@ PixelMatch findPixelLength(const QChar* s, int size, int from)
     return {};
 }
 
+// The first position at or after `from` where `first` is directly followed
+// by `second`. The single-character search is the library's vectorised one.
+int findPair(QStringView text, int from, QChar first, QChar second)
+{
+    const int last = text.size() - 1;
+    while (from < last) {
+        const int at = text.indexOf(first, from);
+        if (at < 0 || at >= last)
+            return -1;
+        if (text[at + 1] == second)
+            return at;
+        from = at + 1;
+    }
+    return -1;
+}
+
 double numberValue(const QChar* s, int length)
 {
     // Plain integers of up to 15 digits are exact in a double: skip the parser.
@@ -124,25 +140,29 @@ QString stripBlockComments(const QString& text)
 {
     const QChar* s = text.constData();
     const int size = text.size();
+    const QStringView view(text);
     QString result;
     result.reserve(size);
 
     int copyFrom = 0;
-    int i = 0;
-    while (i + 1 < size) {
-        if (s[i] == QLatin1Char('/') && s[i + 1] == QLatin1Char('*')) {
-            int j = i + 2;
-            while (j + 1 < size && !(s[j] == QLatin1Char('*') && s[j + 1] == QLatin1Char('/')))
-                ++j;
-            if (j + 1 >= size)
-                break; // unterminated: no later "/*" can close either
-            result.append(s + copyFrom, i - copyFrom);
-            i = j + 2;
-            copyFrom = i;
-        } else {
-            ++i;
-        }
+    int from = 0;
+    while (true) {
+        // Style sheets are full of '/' (paths) but have '*' only in comments:
+        // find the '*' and look back for the '/'.
+        int star = view.indexOf(QLatin1Char('*'), from + 1);
+        while (star > 0 && s[star - 1] != QLatin1Char('/'))
+            star = view.indexOf(QLatin1Char('*'), star + 1);
+        if (star < 0)
+            break;
+        const int open = star - 1;
+        const int close = findPair(view, open + 2, QLatin1Char('*'), QLatin1Char('/'));
+        if (close < 0)
+            break; // unterminated: no later "/*" can close either
+        result.append(s + copyFrom, open - copyFrom);
+        from = copyFrom = close + 2;
     }
+    if (copyFrom == 0)
+        return text;
     result.append(s + copyFrom, size - copyFrom);
     return result;
 }
@@ -151,25 +171,24 @@ QString stripLineComments(const QString& text)
 {
     const QChar* s = text.constData();
     const int size = text.size();
+    const QStringView view(text);
     QString result;
     result.reserve(size);
 
     int copyFrom = 0;
-    int i = 0;
-    while (i + 1 < size) {
-        if (s[i] == QLatin1Char('/') && s[i + 1] == QLatin1Char('/')) {
-            int j = i + 2;
-            while (j < size && s[j] != QLatin1Char('\n'))
-                ++j;
-            if (j >= size)
-                break; // a "//" without a line feed after it stays
-            result.append(s + copyFrom, i - copyFrom);
-            i = j + 1;
-            copyFrom = i;
-        } else {
-            ++i;
-        }
+    int from = 0;
+    while (true) {
+        const int open = findPair(view, from, QLatin1Char('/'), QLatin1Char('/'));
+        if (open < 0)
+            break;
+        const int lineFeed = view.indexOf(QLatin1Char('\n'), open + 2);
+        if (lineFeed < 0)
+            break; // a "//" without a line feed after it stays
+        result.append(s + copyFrom, open - copyFrom);
+        from = copyFrom = lineFeed + 1;
     }
+    if (copyFrom == 0)
+        return text;
     result.append(s + copyFrom, size - copyFrom);
     return result;
 }
@@ -178,41 +197,127 @@ void splitSections(const QString& text, QMap<QString, QString>& sections)
 {
     const QChar* s = text.constData();
     const int size = text.size();
+    const QStringView view(text);
 
     QString key;
     QString body;
-    int lineStart = 0;
-    while (lineStart < size) {
+
+    // Adds the lines of text[from, to) to the body, each as a line feed and
+    // the line. The slice already holds them joined by line feeds, so a slice
+    // without carriage returns goes in as one piece.
+    auto appendLines = [&](int from, int to) {
+        if (from >= to)
+            return;
+        const QStringView slice(s + from, to - from);
+        if (!slice.contains(QLatin1Char('\r'))) {
+            body.append(QLatin1Char('\n'));
+            body.append(s + from, slice.endsWith(QLatin1Char('\n')) ? slice.size() - 1 : slice.size());
+            return;
+        }
         // Lines end at '\n'; a '\r' right before it, or at the very end, is
         // part of the line ending, as QTextStream::readLine has it.
-        int lineEnd = lineStart;
-        while (lineEnd < size && s[lineEnd] != QLatin1Char('\n'))
-            ++lineEnd;
-        const int next = lineEnd + 1;
-        if (lineEnd > lineStart && s[lineEnd - 1] == QLatin1Char('\r'))
-            --lineEnd;
-        const QStringView line(s + lineStart, lineEnd - lineStart);
-        lineStart = next;
-
-        if (line.startsWith(QLatin1String("==")) && line.endsWith(QLatin1String("=="))) {
-            if (!key.isEmpty()) {
-                sections.insert(key, body);
-                body.clear();
-            }
-            key.clear();
-            key.reserve(line.size());
-            for (QChar c : line) {
-                if (c != QLatin1Char('=') && c != QLatin1Char(' '))
-                    key.append(c);
-            }
-            // A key made of nothing but '=' and spaces keeps the body running.
-        } else {
+        int lineStart = from;
+        while (lineStart < to) {
+            int lineEnd = view.indexOf(QLatin1Char('\n'), lineStart);
+            if (lineEnd < 0 || lineEnd > to)
+                lineEnd = to;
+            const int next = lineEnd + 1;
+            if (lineEnd > lineStart && s[lineEnd - 1] == QLatin1Char('\r'))
+                --lineEnd;
             body.append(QLatin1Char('\n'));
-            body.append(line);
+            body.append(s + lineStart, lineEnd - lineStart);
+            lineStart = next;
         }
+    };
+
+    // Only lines that start with "==" can be headers: look for those and
+    // take everything between them as body lines.
+    int bodyFrom = 0;
+    int search = 0;
+    while (search < size) {
+        const int at = findPair(view, search, QLatin1Char('='), QLatin1Char('='));
+        if (at < 0)
+            break;
+        if (at > 0 && s[at - 1] != QLatin1Char('\n')) {
+            search = at + 1;
+            continue;
+        }
+        int lineEnd = view.indexOf(QLatin1Char('\n'), at);
+        const int next = lineEnd < 0 ? size : lineEnd + 1;
+        if (lineEnd < 0)
+            lineEnd = size;
+        if (lineEnd > at && s[lineEnd - 1] == QLatin1Char('\r'))
+            --lineEnd;
+        const QStringView line(s + at, lineEnd - at);
+        if (!line.endsWith(QLatin1String("=="))) {
+            search = next;
+            continue;
+        }
+        appendLines(bodyFrom, at);
+        if (!key.isEmpty()) {
+            sections.insert(key, body);
+            body.clear();
+        }
+        key.resize(line.size());
+        QChar* out = key.data();
+        for (QChar c : line) {
+            if (c != QLatin1Char('=') && c != QLatin1Char(' '))
+                *out++ = c;
+        }
+        key.truncate(int(out - key.constData()));
+        // A key made of nothing but '=' and spaces keeps the body running.
+        bodyFrom = search = next;
     }
+    appendLines(bodyFrom, size);
     if (!key.isEmpty())
         sections.insert(key, body);
+}
+
+QString replacePlaceholders(const QString& text, const QString& tempImageFolder, const QString& imageFolder)
+{
+    static const QString image = QStringLiteral("IMG_LOC");
+    // One pass finds both placeholders: an "IMG_LOC" preceded by "TMP" is the
+    // temporary folder's. That equals replacing "TMPIMG_LOC" first and then
+    // "IMG_LOC" unless the temporary folder could itself take part in an
+    // "IMG_LOC" match after its replacement; then do exactly that.
+    bool folderMayMatch = tempImageFolder.contains(image);
+    for (int n = 1; n < image.size() && !folderMayMatch; ++n)
+        folderMayMatch = tempImageFolder.startsWith(QStringView(image).right(n)) || tempImageFolder.endsWith(QStringView(image).left(n));
+    if (folderMayMatch) {
+        QString result = text;
+        result.replace(QLatin1String("TMPIMG_LOC"), tempImageFolder);
+        result.replace(image, imageFolder);
+        return result;
+    }
+
+    const QStringView view(text);
+    QString result;
+    int copyFrom = 0;
+    int from = 0;
+    while (true) {
+        // An upper-case 'I' is rare in style sheets: find it, then compare.
+        const int found = view.indexOf(QLatin1Char('I'), from);
+        if (found < 0)
+            break;
+        if (view.mid(found, image.size()) != image) {
+            from = found + 1;
+            continue;
+        }
+        if (result.isNull())
+            result.reserve(text.size() + 64);
+        if (found >= 3 && view.mid(found - 3, 3) == QLatin1String("TMP") && found - 3 >= copyFrom) {
+            result.append(text.constData() + copyFrom, found - 3 - copyFrom);
+            result.append(tempImageFolder);
+        } else {
+            result.append(text.constData() + copyFrom, found - copyFrom);
+            result.append(imageFolder);
+        }
+        from = copyFrom = found + image.size();
+    }
+    if (copyFrom == 0)
+        return text;
+    result.append(text.constData() + copyFrom, text.size() - copyFrom);
+    return result;
 }
 
 } // namespace StyleSheetScanner

@@ -39,6 +39,13 @@ ORVACAT_EXPORT QString stripLineComments(const QString& text);
 ORVACAT_EXPORT void splitSections(const QString& text, QMap<QString, QString>& sections);
 
 /**
+ * The text with every "TMPIMG_LOC" replaced by @p tempImageFolder and then
+ * every "IMG_LOC" by @p imageFolder, in one pass where that gives the same.
+ */
+ORVACAT_EXPORT QString replacePlaceholders(const QString& text, const QString& tempImageFolder,
+                                           const QString& imageFolder);
+
+/**
  * trunc(value) as an int; values beyond the int range saturate and NaN gives
  * 0, so a hostile length never reaches undefined behaviour.
  */
