@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QTemporaryDir>
 
 namespace {
@@ -55,6 +56,9 @@ void BM_ImageManagerInitialize_Eager(benchmark::State& state)
 {
     ImageFolder folder;
     for (auto _ : state) {
+        // Both sides decode every file: QPixmap's own cache would otherwise
+        // hand either of them pictures the other one loaded.
+        QPixmapCache::clear();
         ImageManager images;
         images.initialize(ImageManager::Eager);
         benchmark::DoNotOptimize(images);
@@ -68,6 +72,7 @@ void BM_ImageFloor_LoadAndScale(benchmark::State& state)
     DPIinfo* dpi = DPIinfo::getInstance();
     const int side = qRound(qRound(qRound(96 * 0.25) * dpi->getDPI()) * dpi->getDPR());
     for (auto _ : state) {
+        QPixmapCache::clear();
         QList<QPixmap> pixmaps;
         for (const QString& file : qAsConst(folder.files))
             pixmaps << QPixmap(file).scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
