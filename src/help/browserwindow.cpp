@@ -92,7 +92,7 @@ void BrowserWindow::query()
     // A help page is small; an endless body would only fill the memory and
     // then freeze the view, so it is cut off and treated as unreachable.
     connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
-        if (received > maxContentSize() || total > maxContentSize()) {
+        if (!reply->isFinished() && (received > maxContentSize() || total > maxContentSize())) {
             qCWarning(debug_message) << "Help content too large, request stopped:" << reply->url().toString();
             reply->abort();
         }

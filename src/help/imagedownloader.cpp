@@ -35,7 +35,7 @@ void ImageDownloader::start()
     QNetworkReply* reply = m_manager->get(QNetworkRequest(QUrl(m_url, QUrl::TolerantMode)));
     // A picture that never ends would otherwise fill the memory before it fails.
     connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
-        if (received > maxImageSize() || total > maxImageSize()) {
+        if (!reply->isFinished() && (received > maxImageSize() || total > maxImageSize())) {
             qCWarning(debug_message) << "Help image too large, download stopped:" << reply->url().toString();
             reply->abort();
         }
