@@ -7,6 +7,7 @@
 
 #include <QCalendarWidget>
 #include <QHeaderView>
+#include <QListView>
 #include <QMenu>
 #include <QSpinBox>
 #include <QStandardItemModel>
@@ -102,8 +103,10 @@ private Q_SLOTS:
     void selectorShowsAPickedDate();
     void invalidDateShowsThePlaceholder();
     void pickingADayInThePopupClosesIt();
+    void enterInThePopupPicksTheDay();
     void clearDateGoesBackToThePlaceholder();
     void selectorNeverHoldsMoreThanOneItem();
+    void selectorSurvivesAReplacedView();
 };
 
 void TestCalendarView::initTestCase()
@@ -567,6 +570,29 @@ void TestCalendarView::pickingADayInThePopupClosesIt()
     QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
 }
 
+void TestCalendarView::enterInThePopupPicksTheDay()
+{
+    auto window = std::make_unique<QWidget>();
+    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), window.get());
+    selector->move(10, 10);
+    window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
+    window->show();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    calendarOf(selector->getCalendarView())->setSelectedDate(QDate(2024, 2, 9));
+
+    selector->setFocus();
+    QTest::keyClick(selector, Qt::Key_Down, Qt::AltModifier);
+    QTRY_VERIFY(selector->view()->isVisible());
+    QTableView* grid = dayGridOf(selector->getCalendarView());
+    grid->setFocus();
+    QTRY_VERIFY(grid->hasFocus());
+    QTest::keyClick(grid, Qt::Key_Right);
+    QTest::keyClick(grid, Qt::Key_Return);
+    QTRY_VERIFY(!selector->view()->isVisible());
+    QCOMPARE(selector->count(), 1);
+    QCOMPARE(selector->currentText(), QStringLiteral("2024-02-10"));
+}
+
 void TestCalendarView::clearDateGoesBackToThePlaceholder()
 {
     OrvaDateSelector selector(QStringLiteral("Pick a date"));
@@ -599,6 +625,18 @@ void TestCalendarView::selectorNeverHoldsMoreThanOneItem()
     }
     selector.clearDate();
     selector.clearDate();
+    QCOMPARE(selector.count(), 1);
+}
+
+void TestCalendarView::selectorSurvivesAReplacedView()
+{
+    OrvaDateSelector selector(QStringLiteral("Pick a date"));
+    selector.setView(new QListView); // the combo box deletes the calendar
+    QCOMPARE(selector.getCalendarView(), nullptr);
+    selector.dateSelect(QDate(2024, 2, 9));
+    QCOMPARE(selector.currentText(), QStringLiteral("2024-02-09"));
+    selector.clearDate();
+    QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
     QCOMPARE(selector.count(), 1);
 }
 

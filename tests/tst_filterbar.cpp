@@ -104,6 +104,7 @@ private Q_SLOTS:
     void clickingTheSearchButtonOpensTheMenu();
     void downWithoutMenuDoesNothing();
     void otherKeysReachTheField();
+    void droppedOrDeletedMenuIsSurvived();
     void cursorsTellButtonFromText();
 
     void comboTemplateIsFilled();
@@ -287,6 +288,27 @@ void TestFilterBar::otherKeysReachTheField()
     QCOMPARE(bar->cursorPosition(), 0);
     QTest::keyClick(bar, Qt::Key_Up); // only Down is the bar's own
     QCOMPARE(bar->text(), QStringLiteral("filter"));
+}
+
+void TestFilterBar::droppedOrDeletedMenuIsSurvived()
+{
+    auto* bar = new OrvaFilterBar;
+    auto window = showFocused(bar);
+    QTest::keyClicks(bar, QStringLiteral("xyz"));
+
+    auto* menu = new QMenu;
+    menu->addAction(QStringLiteral("Option"));
+    bar->setMenu(menu);
+    bar->setMenu(nullptr);
+    QTest::keyClick(bar, Qt::Key_Down);
+    QVERIFY(!QApplication::activePopupWidget());
+
+    bar->setMenu(menu);
+    delete menu; // the host's, gone without telling the bar
+    QTest::keyClick(bar, Qt::Key_Down);
+    QVERIFY(!QApplication::activePopupWidget());
+    QCOMPARE(bar->text(), QStringLiteral("xyz"));
+    QCOMPARE(bar->cursorPosition(), 3);
 }
 
 void TestFilterBar::cursorsTellButtonFromText()
