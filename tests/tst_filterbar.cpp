@@ -236,8 +236,9 @@ void TestFilterBar::clickingTheSearchButtonOpensTheMenu()
     QTRY_VERIFY(watcher.seen());
     QCOMPARE(watcher.seen(), &menu);
     QTRY_VERIFY(!menu.isVisible());
-    // The button takes no focus away from the text.
-    QVERIFY(bar->hasFocus());
+    // The button takes no focus away from the text (it comes back once the popup is gone).
+    QVERIFY(QApplication::focusWidget() != button);
+    QTRY_VERIFY(bar->hasFocus());
 }
 
 void TestFilterBar::downWithoutMenuDoesNothing()
