@@ -37,6 +37,11 @@
 #include <orvacat/orvacountdownmessagebox.h>
 
 // Views
+#include <orvacat/orvapagingbar.h>
+#include <orvacat/orvacalanderview.h>
+#include <orvacat/orvadateselector.h>
+#include <orvacat/orvafilterbar.h>
+#include <orvacat/orvacombobox.h>
 #include <orvacat/orvatablewidget.h>
 #include <orvacat/orvatreewidget.h>
 #include <orvacat/orvabuttonpath.h>
