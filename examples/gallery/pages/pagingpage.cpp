@@ -79,7 +79,7 @@ public:
         m_table = new QTableWidget(0, 4);
         m_table->setHorizontalHeaderLabels({QStringLiteral("Order"), QStringLiteral("Customer"),
                                             QStringLiteral("City"), QStringLiteral("Amount")});
-        m_table->setStyleSheet(getStyleSheet("component.table", false));
+        m_table->setStyleSheet(getStyleSheet("component.table", false) + getStyleSheet("component.scrollbar", false));
         m_table->horizontalHeader()->setStyleSheet(getStyleSheet("component.table_header", false));
         m_table->verticalHeader()->hide();
         m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -175,7 +175,8 @@ QWidget* createPage()
                                        "QListWidget::item { padding: %1px %2px; color: #202124; }"
                                        "QListWidget::item:selected { background: #E8F0FE; color: #174EA6; }")
                             .arg(px(3))
-                            .arg(px(8)));
+                            .arg(px(8))
+                        + getStyleSheet("component.scrollbar", false));
     auto* frame = new QFrame;
     frame->setObjectName(QStringLiteral("namesFrame"));
     frame->setStyleSheet(QStringLiteral("QFrame#namesFrame { border: 1px solid #DADCE0; background: #FFFFFF; }"));
