@@ -189,6 +189,11 @@ void TestCloseButton::x11CasesPassUnderVirtualServer()
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     environment.insert(QString::fromLatin1(childMarker), QStringLiteral("1"));
+    // The child's exit code is part of the verdict; leaks in the platform
+    // plugin at its exit are not this test's business (the parent still checks its own).
+    const QString sanitizerOptions = environment.value(QStringLiteral("ASAN_OPTIONS"));
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                       sanitizerOptions + (sanitizerOptions.isEmpty() ? "" : ":") + QStringLiteral("detect_leaks=0"));
     child.setProcessEnvironment(environment);
     child.setProcessChannelMode(QProcess::MergedChannels);
     child.start(xvfbRun, {QStringLiteral("-a"), QStringLiteral("-s"), QStringLiteral("-screen 0 1280x1024x24"),
