@@ -288,8 +288,14 @@ void TestSheetFrame::maskShowsAndHidesWithTheChild()
     QVERIFY(!mask->isVisible());
     QCOMPARE(window.childAt(behind->geometry().center()), behind);
 
+    // A widget the host adds later does not end up above the mask.
+    auto* later = new QPushButton(QStringLiteral("Later"), &window);
+    later->move(window.width() - later->sizeHint().width() - 2, window.height() - later->sizeHint().height() - 2);
+    later->show();
+    QCOMPARE(window.childAt(later->geometry().center()), later);
     sheet->show();
     QVERIFY(mask->isVisible());
+    QCOMPARE(window.childAt(later->geometry().center()), mask);
 
     // The mask outlives its child, hidden, until the window goes.
     QPointer<OrvaMask> guard(mask);

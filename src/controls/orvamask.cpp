@@ -121,8 +121,12 @@ bool OrvaMask::eventFilter(QObject* watched, QEvent* event)
     if (watched == d->child) {
         if (event->type() == QEvent::HideToParent)
             hide();
-        else if (event->type() == QEvent::ShowToParent)
+        else if (event->type() == QEvent::ShowToParent) {
             show();
+            // Widgets the host added to the window after the mask would
+            // otherwise lie on top of it.
+            raise();
+        }
     }
     return false;
 }

@@ -206,9 +206,6 @@ public:
                 connect(button, &QPushButton::clicked, m_sheet.data(), &QWidget::hide);
         }
         m_sheet->show();
-        m_sheet->raise();
-        if (QWidget* mask = m_sheet->parentWidget())
-            mask->raise();
     }
 
     void hide()
