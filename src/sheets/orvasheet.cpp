@@ -11,8 +11,9 @@
 
 namespace {
 
-// QPainter::drawPixmap with an empty or inverted target would still try to
-// scale the source; a sheet squeezed below two bands simply has no such piece.
+// A sheet squeezed below two bands gives its edges targets of zero or negative
+// extent. QPainter would draw an inverted target mirrored, over the corners, so
+// such a piece is simply left out.
 void drawStretched(QPainter& painter, const QRect& target, const QPixmap& pixmap)
 {
     if (target.width() <= 0 || target.height() <= 0 || pixmap.isNull())
