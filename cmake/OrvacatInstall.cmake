@@ -10,6 +10,7 @@ install(TARGETS orvacat-qt EXPORT OrvacatQtTargets
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 install(FILES ${ORVACAT_PUBLIC_HEADERS} ${PROJECT_BINARY_DIR}/include/orvacat/orvacat_export.h
+    ${PROJECT_SOURCE_DIR}/include/orvacat/QtSingleApplication
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvacat)
 
 install(EXPORT OrvacatQtTargets

@@ -72,7 +72,12 @@ void ImageDownloader::slotFinishDownload(QNetworkReply* reply)
     if (!reply || m_finished)
         return;
     reply->deleteLater();
-    if (reply->error() == QNetworkReply::NoError) {
+    // On a fast link the whole body can arrive before a progress report
+    // could stop it: check its size here as well.
+    const bool tooLarge = reply->bytesAvailable() > maxImageSize();
+    if (tooLarge)
+        qCWarning(debug_message) << "Help image too large, not written:" << reply->url().toString();
+    if (reply->error() == QNetworkReply::NoError && !tooLarge) {
         // An unwritable file still counts as a download: the page just lacks the picture.
         HelpImageCache::writeFile(m_localPath, reply->readAll());
         m_result = 0;

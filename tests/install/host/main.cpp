@@ -1,7 +1,10 @@
-// Builds against the installed package with nothing but the umbrella header,
+// Builds against the installed package through the umbrella header (and the
+// single-application header as existing hosts spell it),
 // runs the start-up order on an empty theme and builds a widget.
 
 #include <orvacat/orvacat.h>
+// As a host written for the single-application component spells it.
+#include <QtSingleApplication>
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -10,7 +13,7 @@
 
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
+    QtSingleApplication app(QStringLiteral("org.orvacat.installtest"), argc, argv);
     QTemporaryDir dir;
     UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), dir.path());
     UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), dir.path());
@@ -20,5 +23,7 @@ int main(int argc, char** argv)
 
     OrvaButton button(ComponentStrings::getInstance()->getString(QStringLiteral("ok")), 7);
     std::printf("host ok: %s %g\n", qPrintable(button.text()), DPIinfo::getInstance()->getDPI());
+    if (app.isRunning())
+        std::printf("another install test is running\n");
     return button.text() == QLatin1String("OK") ? 0 : 1;
 }
