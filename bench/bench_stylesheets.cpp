@@ -3,15 +3,13 @@
 
 #include <orvacat/orvacat.h>
 
-#include "resources/stylesheetscanner_p.h"
+#include "stylesheetoracle.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QDir>
 #include <QFile>
-#include <QRegExp>
 #include <QTemporaryDir>
-#include <QTextStream>
 
 namespace {
 
@@ -34,26 +32,6 @@ QString realisticSheet(int bytes)
     return text;
 }
 
-QString scaleWithRegExp(const QString& text, double factor)
-{
-    QRegExp rx(QStringLiteral("(\\d+\\.?\\d*)(px)"));
-    const QStringList pieces = text.split(rx);
-    QString result;
-    int pos = 0;
-    int counter = 0;
-    while ((pos = rx.indexIn(text, pos)) != -1) {
-        if (counter >= pieces.size())
-            break;
-        result += pieces.at(counter);
-        result += QStringLiteral("%1px").arg(int(rx.cap(1).toDouble() * factor));
-        pos += 3;
-        ++counter;
-    }
-    if (counter < pieces.size())
-        result += pieces.at(counter);
-    return result;
-}
-
 void BM_ScaledStyleSheet_Scanner(benchmark::State& state)
 {
     const QString sheet = realisticSheet(100 * 1024);
@@ -68,10 +46,10 @@ void BM_ScaledStyleSheet_RegExp(benchmark::State& state)
 {
     const QString sheet = realisticSheet(100 * 1024);
     const double factor = DPIinfo::getInstance()->getDPI();
-    if (scaleWithRegExp(sheet, factor) != DPIinfo::getInstance()->getScaledStyleSheet(sheet))
+    if (Oracle::scalePixelLengths(sheet, factor) != DPIinfo::getInstance()->getScaledStyleSheet(sheet))
         state.SkipWithError("the two formulations disagree");
     for (auto _ : state)
-        benchmark::DoNotOptimize(scaleWithRegExp(sheet, factor));
+        benchmark::DoNotOptimize(Oracle::scalePixelLengths(sheet, factor));
     state.SetBytesProcessed(state.iterations() * sheet.size());
 }
 BENCHMARK(BM_ScaledStyleSheet_RegExp)->Name("BM_ScaledStyleSheet/RegExp")->Unit(benchmark::kMicrosecond);
@@ -104,44 +82,6 @@ struct StyleFiles
     }
 };
 
-void initializeWithRegExp(QMap<QString, QString>& sheets, const std::vector<QString>& files)
-{
-    QString text;
-    for (const QString& path : files) {
-        QFile file(path);
-        if (file.open(QIODevice::ReadOnly | QIODevice::Text))
-            text += QString::fromUtf8(file.readAll().constData());
-        text += QLatin1Char('\n');
-    }
-    text.replace(QLatin1String("TMPIMG_LOC"), ImageManager::getInstance()->getTempImageFolder());
-    text.replace(QLatin1String("IMG_LOC"), ImageManager::getInstance()->getImageFolder());
-    QRegExp block(QStringLiteral("/\\*.*\\*/"));
-    block.setMinimal(true);
-    text.replace(block, QString());
-    QRegExp line(QStringLiteral("//.*\n"));
-    line.setMinimal(true);
-    text.replace(line, QString());
-    QTextStream stream(&text, QIODevice::ReadOnly);
-    QString key;
-    QString body;
-    while (!stream.atEnd()) {
-        const QString current = stream.readLine();
-        if (current.startsWith(QLatin1String("==")) && current.endsWith(QLatin1String("=="))) {
-            if (!key.isEmpty()) {
-                sheets.insert(key, body);
-                key.clear();
-                body.clear();
-            }
-            key = current;
-            key.remove(QRegExp(QStringLiteral("[= ]")));
-        } else {
-            body += QLatin1Char('\n') + current;
-        }
-    }
-    if (!key.isEmpty())
-        sheets.insert(key, body);
-}
-
 void BM_StyleManagerInitialize_Scanner(benchmark::State& state)
 {
     StyleFiles files;
@@ -157,8 +97,8 @@ void BM_StyleManagerInitialize_RegExp(benchmark::State& state)
 {
     StyleFiles files;
     {
-        QMap<QString, QString> sheets;
-        initializeWithRegExp(sheets, files.paths);
+        const QMap<QString, QString> sheets = Oracle::processStyleFiles(
+            files.paths, ImageManager::getInstance()->getTempImageFolder(), ImageManager::getInstance()->getImageFolder());
         StyleManager styles;
         styles.initialize(files.paths);
         for (auto it = sheets.cbegin(); it != sheets.cend(); ++it) {
@@ -168,11 +108,10 @@ void BM_StyleManagerInitialize_RegExp(benchmark::State& state)
             }
         }
     }
-    for (auto _ : state) {
-        QMap<QString, QString> sheets;
-        initializeWithRegExp(sheets, files.paths);
-        benchmark::DoNotOptimize(sheets);
-    }
+    ImageManager* images = ImageManager::getInstance();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            Oracle::processStyleFiles(files.paths, images->getTempImageFolder(), images->getImageFolder()));
 }
 BENCHMARK(BM_StyleManagerInitialize_RegExp)->Name("BM_StyleManagerInitialize/RegExp")->Unit(benchmark::kMillisecond);
 

@@ -2,73 +2,14 @@
 
 #include "testmain.h"
 
-#include "resources/stylesheetscanner_p.h"
+#include "stylesheetoracle.h"
+#include "warningcollector.h"
+
+#include <orvacat/orvacat.h>
 
 #include <QRandomGenerator>
-#include <QRegExp>
-#include <QTextStream>
+#include <QTemporaryDir>
 
-namespace Oracle {
-
-// The literal QRegExp formulations; the scanners must agree with them on every input.
-
-QString scalePixelLengths(const QString& text, double factor)
-{
-    QRegExp rx(QStringLiteral("(\\d+\\.?\\d*)(px)"));
-    const QStringList pieces = text.split(rx);
-    QString result;
-    int pos = 0;
-    int counter = 0;
-    while ((pos = rx.indexIn(text, pos)) != -1) {
-        if (counter >= pieces.size())
-            break;
-        result += pieces.at(counter);
-        result += QStringLiteral("%1px").arg(StyleSheetScanner::truncatedPixels(rx.cap(1).toDouble() * factor));
-        pos += 3;
-        ++counter;
-    }
-    if (counter < pieces.size())
-        result += pieces.at(counter);
-    return result;
-}
-
-QString stripComments(QString text)
-{
-    QRegExp block(QStringLiteral("/\\*.*\\*/"));
-    block.setMinimal(true);
-    text.replace(block, QString());
-    QRegExp line(QStringLiteral("//.*\n"));
-    line.setMinimal(true);
-    text.replace(line, QString());
-    return text;
-}
-
-QMap<QString, QString> splitSections(QString text)
-{
-    QMap<QString, QString> sections;
-    QTextStream stream(&text, QIODevice::ReadOnly);
-    QString key;
-    QString body;
-    while (!stream.atEnd()) {
-        const QString line = stream.readLine();
-        if (line.startsWith(QLatin1String("==")) && line.endsWith(QLatin1String("=="))) {
-            if (!key.isEmpty()) {
-                sections.insert(key, body);
-                key.clear();
-                body.clear();
-            }
-            key = line;
-            key.remove(QRegExp(QStringLiteral("[= ]")));
-        } else {
-            body += QLatin1Char('\n') + line;
-        }
-    }
-    if (!key.isEmpty())
-        sections.insert(key, body);
-    return sections;
-}
-
-} // namespace Oracle
 
 namespace {
 
@@ -117,6 +58,7 @@ private Q_SLOTS:
     void splitsSections();
     void sectionSplittingAgreesWithTextStreamOnGeneratedText();
     void placeholdersAgreeWithSequentialReplacement();
+    void styleFilesAgreeWithRegExpEndToEnd();
     void longLinesAndLargeTextsStayLinear();
 };
 
@@ -273,6 +215,42 @@ void TestStyleSheetScanner::placeholdersAgreeWithSequentialReplacement()
         if (actual != expected)
             QFAIL(qPrintable(QStringLiteral("folders %1 %2, input %3:\n got      %4\n expected %5")
                                  .arg(tempFolder, imageFolder, text, actual, expected)));
+    }
+}
+
+void TestStyleSheetScanner::styleFilesAgreeWithRegExpEndToEnd()
+{
+    // Whole files, read from disk with their carriage returns and NUL bytes,
+    // through StyleManager::initialize and through the QRegExp formulation.
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    {
+        WarningCollector overwrites;
+        UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), dir.path());
+        UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), dir.path());
+        ImageManager::getInstance()->initialize(ImageManager::Lazy);
+    }
+    ImageManager* images = ImageManager::getInstance();
+    QRandomGenerator random(2026);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<QString> files;
+        const int count = 1 + random.bounded(3);
+        for (int i = 0; i < count; ++i) {
+            QByteArray bytes = generate(random, random.bounded(80)).toUtf8();
+            if (random.bounded(10) == 0)
+                bytes.insert(random.bounded(bytes.size() + 1), '\0');
+            const QString path = dir.filePath(QStringLiteral("r%1-%2.qss").arg(round).arg(i));
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(bytes);
+            files.push_back(path);
+        }
+        StyleManager styles;
+        styles.initialize(files);
+        const QMap<QString, QString> expected =
+            Oracle::processStyleFiles(files, images->getTempImageFolder(), images->getImageFolder());
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+            QCOMPARE(styles.getStyleSheet(it.key(), true), it.value());
     }
 }
 

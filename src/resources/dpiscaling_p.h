@@ -12,6 +12,25 @@
 
 #include <QSize>
 
+#include <cmath>
+#include <limits>
+
+/**
+ * trunc(value) as an int, for lengths computed from outside input: values
+ * beyond the int range saturate and NaN gives 0 instead of undefined
+ * behaviour in the conversion.
+ */
+inline int saturatedInt(double value)
+{
+    if (std::isnan(value))
+        return 0;
+    if (value >= double(std::numeric_limits<int>::max()))
+        return std::numeric_limits<int>::max();
+    if (value <= double(std::numeric_limits<int>::min()))
+        return std::numeric_limits<int>::min();
+    return int(value);
+}
+
 /** A built-in length of @p n pixels at 72 dpi, for this screen: trunc(n * factor). */
 inline int scaled(double n)
 {

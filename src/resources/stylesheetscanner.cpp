@@ -1,9 +1,9 @@
 #include "stylesheetscanner_p.h"
 
+#include "dpiscaling_p.h"
+
 #include <QLocale>
 
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -86,13 +86,7 @@ namespace StyleSheetScanner {
 
 int truncatedPixels(double value)
 {
-    if (std::isnan(value))
-        return 0;
-    if (value >= double(std::numeric_limits<int>::max()))
-        return std::numeric_limits<int>::max();
-    if (value <= double(std::numeric_limits<int>::min()))
-        return std::numeric_limits<int>::min();
-    return int(value);
+    return saturatedInt(value);
 }
 
 QString scalePixelLengths(const QString& text, double factor)

@@ -16,19 +16,6 @@
 
 namespace {
 
-// Column widths and ratios come from the host: a nonsense value must give a
-// nonsense width, not undefined behaviour in the conversion.
-int saturatedInt(double value)
-{
-    if (std::isnan(value))
-        return 0;
-    if (value >= double(std::numeric_limits<int>::max()))
-        return std::numeric_limits<int>::max();
-    if (value <= double(std::numeric_limits<int>::min()))
-        return std::numeric_limits<int>::min();
-    return int(value);
-}
-
 bool isRatioColumn(const OrvaTableColumnsInfo::ColumnInfo& column)
 {
     return column.resizable && column.ratio != 0.0;

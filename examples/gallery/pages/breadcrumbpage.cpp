@@ -3,6 +3,7 @@
 // short one fits. Clicking a folder goes there, as a file browser would.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -20,19 +21,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
-}
 
 const char* const longPath = "/home/ada/Projects/R&D/2026/Quarterly reports/Drafts/Final";
 const char* const shortPath = "/home/ada/Music";

@@ -2,6 +2,7 @@
 // theme's pictures, check boxes and radio buttons.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -13,11 +14,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
 
 QLabel* caption(const QString& text)
 {

@@ -3,6 +3,7 @@
 // or the Today button) is echoed beside each.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -17,19 +18,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
-}
 
 QLabel* heading(const QString& text)
 {

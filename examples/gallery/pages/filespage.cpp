@@ -3,6 +3,7 @@
 // variant, and a field that shows which icon any extension gets.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -15,19 +16,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
-}
 
 QString iconPath(const QString& iconName)
 {

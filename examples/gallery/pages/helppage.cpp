@@ -4,6 +4,7 @@
 // the offline page is shown.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -18,11 +19,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
 
 // A port of this computer that nothing listens on: the help query is refused
 // at once instead of waiting for a name or a timeout.

@@ -2,6 +2,7 @@
 // a menu opened from a button, a footbar and a tooltip.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -18,19 +19,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
-}
 
 bool isPortNumber(const QString& text)
 {

@@ -4,6 +4,7 @@
 // draws and writes as a GIF when it is first needed.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -26,11 +27,6 @@
 #include <functional>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
 
 const QColor maskColour(0, 0, 0, 20);
 

@@ -3,6 +3,7 @@
 // page changes and fills the list with the page the model points at.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -16,19 +17,6 @@
 #include <vector>
 
 namespace {
-
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
-}
 
 struct Order
 {

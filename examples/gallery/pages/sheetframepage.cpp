@@ -4,6 +4,7 @@
 // where the mask follows the window as it is resized.
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 
@@ -21,24 +22,11 @@
 
 namespace {
 
-int px(int n)
-{
-    return int(n * DPIinfo::getInstance()->getDPI());
-}
-
 const QColor maskColour(0, 0, 0, 20);
 
 QString caption(const char* key)
 {
     return ComponentStrings::getInstance()->getString(QString::fromLatin1(key));
-}
-
-QLabel* note(const QString& text)
-{
-    auto* label = new QLabel(text);
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
-    return label;
 }
 
 /**
