@@ -33,7 +33,7 @@ QString caption(const char* key)
  * The content a sheet dialog would put on its card: a title, a text and a
  * row of buttons (role and caption each), returned through @p buttonsOut.
  */
-QWidget* sheetContent(const QString& title, const QString& text, const QList<QPair<int, QString>>& buttonSpecs,
+QWidget* sheetContent(const QString& title, const QString& text, const QList<QPair<int, QString>>& buttonRoles,
                       QList<QPushButton*>* buttonsOut)
 {
     auto* content = new QWidget;
@@ -54,8 +54,8 @@ QWidget* sheetContent(const QString& title, const QString& text, const QList<QPa
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(px(8));
     buttons->addStretch(1);
-    for (const auto& spec : buttonSpecs) {
-        auto* button = new OrvaButton(spec.second, spec.first);
+    for (const auto& roleAndText : buttonRoles) {
+        auto* button = new OrvaButton(roleAndText.second, roleAndText.first);
         buttons->addWidget(button);
         if (buttonsOut)
             buttonsOut->append(button);
