@@ -2,7 +2,6 @@
 
 #include "orvainputsheet_p.h"
 #include "orvamessagesheet_p.h"
-#include "windowblock_p.h"
 
 #include <orvacat/componentstrings.h>
 #include <orvacat/dpiinfo.h>
@@ -12,10 +11,8 @@
 #include "resources/dpiscaling_p.h"
 
 #include <QDialogButtonBox>
-#include <QEventLoop>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -25,10 +22,7 @@ OrvaInputSheetPrivate::OrvaInputSheetPrivate(OrvaInputSheet* sheet)
     , label(new MessageLabel(sheet))
     , lineEdit(new QLineEdit(sheet))
     , buttonBox(new QDialogButtonBox(sheet))
-    , eventLoop(nullptr)
-    , closeButtonState(nullptr)
-    , running(false)
-    , exitRequested(false)
+    , modalRun(sheet)
 {
 }
 
@@ -117,15 +111,7 @@ OrvaInputSheet::OrvaInputSheet(const QString& text, QWidget* parent)
 
 OrvaInputSheet::~OrvaInputSheet()
 {
-    if (d->running && d->eventLoop) {
-        // See OrvaMessageSheet: the loop outlives a sheet destroyed in its run.
-        d->eventLoop->setParent(nullptr);
-        d->eventLoop->exit(0);
-        d->eventLoop = nullptr;
-    }
-    if (d->blockedWindow)
-        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
-    d->blockedWindow = nullptr;
+    d->modalRun.sheetDestroyed();
 }
 
 void OrvaInputSheet::setText(const QString& text)
@@ -166,57 +152,26 @@ void OrvaInputSheet::setBlockWindowButton(bool block)
 
 void OrvaInputSheet::showSheet()
 {
-    d->exitRequested = false;
-    show();
-    window()->installEventFilter(this);
-    d->filteredWindow = window();
+    d->modalRun.start(false);
     d->lineEdit->setFocus(Qt::OtherFocusReason);
 }
 
 int OrvaInputSheet::exec()
 {
-    if (d->running) {
+    if (d->modalRun.isRunning()) {
         qCWarning(debug_message) << "OrvaInputSheet::exec: the sheet is already running";
         return 0;
     }
-    d->exitRequested = false;
-    show();
-    if (m_blockWindowButton && !d->blockedWindow)
-        d->blockedWindow = SheetWindowBlock::block(this, &d->closeButtonState);
-    window()->installEventFilter(this);
-    d->filteredWindow = window();
+    d->modalRun.start(m_blockWindowButton);
     setFocus(Qt::TabFocusReason);
     d->lineEdit->setFocus(Qt::OtherFocusReason);
-
-    delete d->eventLoop;
-    auto* loop = new QEventLoop(this);
-    d->eventLoop = loop;
-    d->running = true;
-    QPointer<OrvaInputSheet> guard(this);
-    const int result = loop->exec();
-    if (!guard) {
-        delete loop;
-        return 0;
-    }
-    d->running = false;
-    return result;
+    return d->modalRun.exec();
 }
 
 void OrvaInputSheet::done(int result)
 {
-    if (d->running ? d->exitRequested : isHidden())
+    if (!d->modalRun.finish(result))
         return;
-    d->exitRequested = true;
-
-    if (d->blockedWindow) {
-        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
-        d->blockedWindow = nullptr;
-    }
-    if (d->eventLoop)
-        d->eventLoop->exit(result);
-    if (d->filteredWindow)
-        d->filteredWindow->removeEventFilter(this);
-    d->filteredWindow = nullptr;
     hide();
     Q_EMIT finished(result);
 }
@@ -241,25 +196,13 @@ bool OrvaInputSheet::event(QEvent* event)
 
 bool OrvaInputSheet::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_blockWindowButton && event->type() == QEvent::Close) {
-        event->ignore();
+    if (SheetModalRun::refusesClose(m_blockWindowButton, event))
         return true;
-    }
     if (event->type() != QEvent::KeyPress || watched != window())
         return false;
 
-    switch (static_cast<QKeyEvent*>(event)->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        if (QPushButton* ok = d->button(QMessageBox::Ok))
-            ok->click();
-        return true;
-    case Qt::Key_Escape:
-        if (QPushButton* cancel = d->button(QMessageBox::Discard))
-            cancel->click();
-        return true;
-    default:
-        return true;
-    }
+    // Tab included: the input sheet leaves the focus where it is.
+    SheetModalRun::answerKey(static_cast<QKeyEvent*>(event)->key(), d->button(QMessageBox::Ok),
+                             d->button(QMessageBox::Discard));
+    return true;
 }

@@ -10,12 +10,12 @@
 
 #include <orvacat/orvainputsheet.h>
 
+#include "sheetmodalrun_p.h"
+
 #include <QObject>
-#include <QPointer>
 
 class MessageLabel;
 class QDialogButtonBox;
-class QEventLoop;
 class QLineEdit;
 
 class OrvaInputSheetPrivate : public QObject
@@ -35,15 +35,7 @@ public:
     MessageLabel* label;
     QLineEdit* lineEdit;
     QDialogButtonBox* buttonBox;
-    QEventLoop* eventLoop;
-    void* closeButtonState;
-
-    // As in the message sheet: whether exec() is inside its loop, whether
-    // this showing has been ended, and the windows it blocked and watches.
-    bool running;
-    bool exitRequested;
-    QPointer<QWidget> blockedWindow;
-    QPointer<QWidget> filteredWindow;
+    SheetModalRun modalRun;
 };
 
 #endif // ORVACAT_ORVAINPUTSHEET_P_H

@@ -1,7 +1,6 @@
 #include <orvacat/orvamessagesheet.h>
 
 #include "orvamessagesheet_p.h"
-#include "windowblock_p.h"
 
 #include <orvacat/accessiblelist.h>
 #include <orvacat/componentstrings.h>
@@ -13,11 +12,9 @@
 #include "resources/dpiscaling_p.h"
 
 #include <QDialogButtonBox>
-#include <QEventLoop>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMovie>
-#include <QPointer>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -80,12 +77,9 @@ OrvaMessageSheetPrivate::OrvaMessageSheetPrivate(OrvaMessageSheet* sheet)
     , iconLabel(new QLabel(sheet))
     , type(OrvaMessageSheet::AppMessage)
     , buttonBox(new QDialogButtonBox(sheet))
-    , eventLoop(nullptr)
-    , closeButtonState(nullptr)
+    , modalRun(sheet)
     , firstFocusWidget(nullptr)
     , lastFocusWidget(nullptr)
-    , running(false)
-    , exitRequested(false)
     , movie(nullptr)
     , buttonStyle(new DialogButtonBoxStyle)
 {
@@ -338,19 +332,7 @@ OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath
 
 OrvaMessageSheet::~OrvaMessageSheet()
 {
-    if (d->running && d->eventLoop) {
-        // Destroyed inside its own exec(), typically with its window: the
-        // loop must outlive the sheet until exec() has unwound, and exec()
-        // learns through its guard that it has to return 0.
-        d->eventLoop->setParent(nullptr);
-        d->eventLoop->exit(0);
-        d->eventLoop = nullptr;
-    }
-    // Also when the window itself is being destroyed: its QWidget part is
-    // still whole while it deletes its children.
-    if (d->blockedWindow)
-        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
-    d->blockedWindow = nullptr;
+    d->modalRun.sheetDestroyed();
     // The proxy style must outlive the buttons that use it.
     delete d->buttonBox;
     d->buttonBox = nullptr;
@@ -427,25 +409,17 @@ void OrvaMessageSheet::setBlockWindowButton(bool block)
 
 void OrvaMessageSheet::showSheet()
 {
-    d->exitRequested = false;
-    show();
-    window()->installEventFilter(this);
-    d->filteredWindow = window();
+    d->modalRun.start(false);
 }
 
 void OrvaMessageSheet::showSheetWithBlock()
 {
-    d->exitRequested = false;
-    show();
-    if (m_blockWindowButton && !d->blockedWindow)
-        d->blockedWindow = SheetWindowBlock::block(this, &d->closeButtonState);
-    window()->installEventFilter(this);
-    d->filteredWindow = window();
+    d->modalRun.start(m_blockWindowButton);
 }
 
 int OrvaMessageSheet::exec()
 {
-    if (d->running) {
+    if (d->modalRun.isRunning()) {
         qCWarning(debug_message) << "OrvaMessageSheet::exec: the sheet is already running";
         return 0;
     }
@@ -453,38 +427,15 @@ int OrvaMessageSheet::exec()
     d->label->setFocus(Qt::TabFocusReason);
     if (d->type == ProcessingMessage && d->iconLabel->movie() && d->iconLabel->movie()->isValid())
         d->iconLabel->movie()->start();
-
-    delete d->eventLoop;
-    auto* loop = new QEventLoop(this);
-    d->eventLoop = loop;
-    d->running = true;
-    QPointer<OrvaMessageSheet> guard(this);
-    const int result = loop->exec();
-    if (!guard) {
-        delete loop;
-        return 0;
-    }
-    d->running = false;
-    return result;
+    return d->modalRun.exec();
 }
 
 void OrvaMessageSheet::done(int result)
 {
     // One ending per showing: a second call must neither change what the
     // running exec() returns nor report the end twice.
-    if (d->running ? d->exitRequested : isHidden())
+    if (!d->modalRun.finish(result))
         return;
-    d->exitRequested = true;
-
-    if (d->blockedWindow) {
-        SheetWindowBlock::release(d->blockedWindow, &d->closeButtonState);
-        d->blockedWindow = nullptr;
-    }
-    if (d->eventLoop)
-        d->eventLoop->exit(result);
-    if (d->filteredWindow)
-        d->filteredWindow->removeEventFilter(this);
-    d->filteredWindow = nullptr;
     if (d->movie)
         d->movie->stop();
     hide();
@@ -503,33 +454,18 @@ void OrvaMessageSheet::buttonClick(QAbstractButton* button)
 
 bool OrvaMessageSheet::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_blockWindowButton && event->type() == QEvent::Close) {
-        event->ignore();
+    if (SheetModalRun::refusesClose(m_blockWindowButton, event))
         return true;
-    }
     if (event->type() != QEvent::KeyPress || !isVisible() || !watched->isWidgetType()
         || static_cast<QWidget*>(watched)->window() != window())
         return false;
 
     auto* key = static_cast<QKeyEvent*>(event);
-    switch (key->key()) {
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
+    if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
         restrictedFocus(watched, key);
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        if (QPushButton* ok = d->button(QMessageBox::Ok))
-            ok->click();
-        return true;
-    case Qt::Key_Escape:
-        if (QPushButton* cancel = d->button(QMessageBox::Discard))
-            cancel->click();
-        return true;
-    default:
-        return true;
-    }
+    else
+        SheetModalRun::answerKey(key->key(), d->button(QMessageBox::Ok), d->button(QMessageBox::Discard));
+    return true;
 }
 
 bool OrvaMessageSheet::event(QEvent* event)

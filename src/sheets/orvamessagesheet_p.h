@@ -10,14 +10,14 @@
 
 #include <orvacat/orvamessagesheet.h>
 
+#include "sheetmodalrun_p.h"
+
 #include <QLabel>
 #include <QLayout>
 #include <QList>
-#include <QPointer>
 #include <QProxyStyle>
 
 class QDialogButtonBox;
-class QEventLoop;
 class QMovie;
 
 /** A word-wrapped label that is always exactly as tall as its text needs at its width. */
@@ -83,22 +83,10 @@ public:
     QLabel* iconLabel;
     OrvaMessageSheet::MessageType type;
     QDialogButtonBox* buttonBox;
-    QEventLoop* eventLoop;
-    void* closeButtonState;
+    SheetModalRun modalRun;
     QList<QWidget*> focusList;
     QWidget* firstFocusWidget;
     QWidget* lastFocusWidget;
-
-    // Whether exec() is inside its loop, and whether this showing has been
-    // ended already (a second done() must not change what the running exec()
-    // returns, nor report the end twice).
-    bool running;
-    bool exitRequested;
-    // The window whose close button this showing took away, and the window
-    // that is watched: done() gives back and stops watching those, even if
-    // the sheet was moved to another window meanwhile.
-    QPointer<QWidget> blockedWindow;
-    QPointer<QWidget> filteredWindow;
     // The busy sheet's animation; the icon label shows it but does not own it.
     QMovie* movie;
     // One button-order style for the sheet's lifetime; re-initialising must
