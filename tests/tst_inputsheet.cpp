@@ -5,6 +5,7 @@
 #include "testenvironment.h"
 #include "warningcollector.h"
 #include "modalrun.h"
+#include "factorone.h"
 
 #include <orvacat/componentstrings.h>
 #include <orvacat/dpiinfo.h>
@@ -14,7 +15,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
 
@@ -136,15 +136,7 @@ void TestInputSheet::widthFollowsParent()
 void TestInputSheet::literalWidthsAtFactorOne()
 {
     if (DPIinfo::getInstance()->getDPI() != 1.0) {
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("72"));
-        env.remove(QStringLiteral("QT_SCALE_FACTOR"));
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        child.setProcessEnvironment(env);
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("literalWidthsAtFactorOne")});
-        QVERIFY(child.waitForFinished(60000));
-        QVERIFY2(child.exitCode() == 0, child.readAllStandardOutput().constData());
+        FactorOne::runInChild("literalWidthsAtFactorOne");
         return;
     }
     const QList<QPair<int, int>> rows = {{1000, 480}, {400, 360}, {520, 480}, {519, 479}};

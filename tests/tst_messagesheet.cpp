@@ -5,6 +5,7 @@
 #include "testenvironment.h"
 #include "warningcollector.h"
 #include "modalrun.h"
+#include "factorone.h"
 
 #include <orvacat/componentstrings.h>
 #include <orvacat/dpiinfo.h>
@@ -17,7 +18,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMovie>
-#include <QProcess>
 #include <QProxyStyle>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -314,15 +314,7 @@ void TestMessageSheet::literalWidthsAtFactorOne()
     // The numbers below hold at 72 dpi; other settings repeat them in a
     // child process pinned to it.
     if (DPIinfo::getInstance()->getDPI() != 1.0) {
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("72"));
-        env.remove(QStringLiteral("QT_SCALE_FACTOR"));
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        child.setProcessEnvironment(env);
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("literalWidthsAtFactorOne")});
-        QVERIFY(child.waitForFinished(60000));
-        QVERIFY2(child.exitCode() == 0, child.readAllStandardOutput().constData());
+        FactorOne::runInChild("literalWidthsAtFactorOne");
         return;
     }
     const QList<QPair<int, int>> rows = {{1000, 540}, {560, 520}, {300, 260}, {540, 480}, {541, 501}};
@@ -797,9 +789,10 @@ void TestMessageSheet::windowResizedDuringRun()
 
     QRect maskAfter;
     QPoint sheetCentreAfter;
+    bool settled = false;
     whenRunning([&]() {
         m_window->resize(bigger);
-        QTest::qWaitFor([&]() {
+        settled = QTest::qWaitFor([&]() {
             return mask->size() == bigger && qAbs(sheet->geometry().center().x() - bigger.width() / 2) <= 2;
         }, 3000);
         maskAfter = mask->geometry();
@@ -809,6 +802,7 @@ void TestMessageSheet::windowResizedDuringRun()
     Watchdog watchdog([&]() { sheet->quit(); });
     QCOMPARE(sheet->exec(), Ok);
     QVERIFY(!watchdog.fired);
+    QVERIFY(settled);
     QCOMPARE(maskAfter, QRect(QPoint(0, 0), bigger));
     QVERIFY(qAbs(sheetCentreAfter.x() - bigger.width() / 2) <= 2);
     QVERIFY(qAbs(sheetCentreAfter.y() - bigger.height() / 2) <= 2);
