@@ -2,6 +2,7 @@
 
 #include "testmain.h"
 
+#include "factorone.h"
 #include "testenvironment.h"
 #include "warningcollector.h"
 
@@ -9,7 +10,6 @@
 #include <orvacat/orvatablewidget.h>
 
 #include <QHeaderView>
-#include <QProcess>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -241,23 +241,7 @@ void TestTableWidget::workedExamplesAtFactorOne()
     if (!qFuzzyCompare(factor(), 1.0)) {
         // These figures hold at factor 1 only: run this function in a child
         // pinned to 72 dpi. The data-driven sharing test above covers this factor.
-        QProcess child;
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_FONT_DPI"), QStringLiteral("72"));
-        env.remove(QStringLiteral("QT_SCALE_FACTOR"));
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-        child.setProcessEnvironment(env);
-        child.setProcessChannelMode(QProcess::MergedChannels);
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("workedExamplesAtFactorOne:") + QString::fromLatin1(QTest::currentDataTag())});
-        QVERIFY(child.waitForFinished(60000));
-        // Judged by the child's report rather than its exit code, which a
-        // leak checker may set for reasons of its own at exit.
-        const QByteArray report = child.readAll();
-        const QByteArray passed = QByteArrayLiteral("PASS   : TestTableWidget::workedExamplesAtFactorOne(")
-                                  + QTest::currentDataTag() + ')';
-        QVERIFY2(child.exitStatus() == QProcess::NormalExit && report.contains(passed) && !report.contains("FAIL!"),
-                 report.constData());
+        FactorOne::runInChild("workedExamplesAtFactorOne");
         return;
     }
 
