@@ -7,8 +7,11 @@
 #include "stylesheetscanner_p.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstring>
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -44,7 +47,13 @@ StyleManager* StyleManager::getInstance()
 
 void StyleManager::initialize(const std::vector<QString>& files)
 {
+    // One buffer for all the files: the text is large and every fresh
+    // large block costs its page faults again.
+    qint64 totalBytes = 0;
+    for (const QString& path : files)
+        totalBytes += QFileInfo(path).size() + 1;
     QString text;
+    text.reserve(int(qBound<qint64>(0, totalBytes, std::numeric_limits<int>::max() / 2)));
     for (const QString& path : files) {
         if (!QFile::exists(path)) {
             qCWarning(debug_message) << "file" << path << "not exist";
@@ -59,11 +68,17 @@ void StyleManager::initialize(const std::vector<QString>& files)
     }
 
     ImageManager* images = ImageManager::getInstance();
-    text = StyleSheetScanner::replacePlaceholders(text, images->getTempImageFolder(), images->getImageFolder());
+    const QString& tempImageFolder = images->getTempImageFolder();
+    const QString& imageFolder = images->getImageFolder();
+    text = StyleSheetScanner::replacePlaceholders(text, tempImageFolder, imageFolder);
 
-    text = StyleSheetScanner::stripBlockComments(text);
-    text = StyleSheetScanner::stripLineComments(text);
-    StyleSheetScanner::splitSections(text, m_sheets);
+    // Both strip in place: the text is ours alone.
+    text = StyleSheetScanner::stripBlockComments(std::move(text));
+    text = StyleSheetScanner::stripLineComments(std::move(text));
+    // The files' carriage returns are gone already; only a folder name could bring one.
+    const bool mayHaveCarriageReturns =
+        tempImageFolder.contains(QLatin1Char('\r')) || imageFolder.contains(QLatin1Char('\r'));
+    StyleSheetScanner::splitSections(text, m_sheets, mayHaveCarriageReturns);
 }
 
 QString StyleManager::getStyleSheet(const QString& key, bool raw)

@@ -4,6 +4,9 @@
 
 #include <QLocale>
 
+#include <cstring>
+#include <utility>
+
 
 namespace {
 
@@ -66,6 +69,24 @@ int findPair(QStringView text, int from, QChar first, QChar second)
     return -1;
 }
 
+// Appends value + "px" without a temporary string per number.
+void appendPixels(QString& out, int value)
+{
+    char16_t digits[16];
+    int at = 16;
+    digits[--at] = u'x';
+    digits[--at] = u'p';
+    // Negative values only come from saturation; work in 64 bits for INT_MIN.
+    qint64 magnitude = value < 0 ? -qint64(value) : qint64(value);
+    do {
+        digits[--at] = char16_t(u'0' + magnitude % 10);
+        magnitude /= 10;
+    } while (magnitude > 0);
+    if (value < 0)
+        digits[--at] = u'-';
+    out.append(reinterpret_cast<const QChar*>(digits + at), 16 - at);
+}
+
 double numberValue(const QChar* s, int length)
 {
     // Plain integers of up to 15 digits are exact in a double: skip the parser.
@@ -95,20 +116,19 @@ QString scalePixelLengths(const QString& text, double factor)
     const int size = text.size();
 
     QString result;
-    result.reserve(size + size / 8);
+    result.reserve(size + size / 4 + 16);
 
     // Two cursors over the same matches: `split` walks them end to end and
-    // delimits the pieces of text between lengths; `search` resumes three
+    // delimits the pieces of text between lengths; `found` resumes three
     // characters after each match start and decides which number is written.
     PixelMatch split = findPixelLength(s, size, 0);
+    PixelMatch found = split;
     int pieceStart = 0;
     bool piecesLeft = true;
-    int searchFrom = 0;
 
-    while (piecesLeft) {
-        const PixelMatch found = findPixelLength(s, size, searchFrom);
-        if (found.start < 0)
-            break;
+    while (piecesLeft && found.start >= 0) {
+        const PixelMatch current = found;
+        const bool currentIsSplit = current.start == split.start;
         // The piece that ends at the next split match, or the tail of the text.
         if (split.start >= 0) {
             result.append(s + pieceStart, split.start - pieceStart);
@@ -118,10 +138,13 @@ QString scalePixelLengths(const QString& text, double factor)
             result.append(s + pieceStart, size - pieceStart);
             piecesLeft = false;
         }
-        const double value = numberValue(s + found.start, found.numberEnd - found.start) * factor;
-        result.append(QString::number(truncatedPixels(value)));
-        result.append(QLatin1String("px"));
-        searchFrom = found.start + 3;
+        appendPixels(result, truncatedPixels(numberValue(s + current.start, current.numberEnd - current.start) * factor));
+        // Three characters on from a number of at most three characters is
+        // past its "px": the next match found is the next split match.
+        if (currentIsSplit && current.numberEnd - current.start <= 3)
+            found = split;
+        else
+            found = findPixelLength(s, size, current.start + 3);
     }
     if (piecesLeft) {
         const int pieceEnd = split.start >= 0 ? split.start : size;
@@ -130,64 +153,73 @@ QString scalePixelLengths(const QString& text, double factor)
     return result;
 }
 
-QString stripBlockComments(const QString& text)
-{
-    const QChar* s = text.constData();
-    const int size = text.size();
-    const QStringView view(text);
-    QString result;
-    result.reserve(size);
+namespace {
 
+// Removes the given spans from `text` in place: everything before a span's
+// start is moved down over the spans removed so far. `next` yields the next
+// span at or after a position, as [start, end), or start < 0 when there is
+// none. Texts without a span are returned untouched, without a copy.
+template<typename NextSpan>
+QString removeSpans(QString text, NextSpan next)
+{
+    const int size = text.size();
+    QChar* out = nullptr;
+    int written = 0;
     int copyFrom = 0;
-    int from = 0;
     while (true) {
+        const QStringView view(text.constData(), size);
+        const std::pair<int, int> span = next(view, copyFrom);
+        if (span.first < 0)
+            break;
+        if (!out)
+            out = text.data(); // detaches once if shared; positions stay valid
+        const int keep = span.first - copyFrom;
+        std::memmove(out + written, out + copyFrom, size_t(keep) * sizeof(QChar));
+        written += keep;
+        copyFrom = span.second;
+    }
+    if (!out)
+        return text;
+    const int rest = size - copyFrom;
+    std::memmove(out + written, out + copyFrom, size_t(rest) * sizeof(QChar));
+    text.truncate(written + rest);
+    return text;
+}
+
+} // namespace
+
+QString stripBlockComments(QString text)
+{
+    return removeSpans(std::move(text), [](QStringView view, int from) -> std::pair<int, int> {
         // Style sheets are full of '/' (paths) but have '*' only in comments:
         // find the '*' and look back for the '/'.
         int star = view.indexOf(QLatin1Char('*'), from + 1);
-        while (star > 0 && s[star - 1] != QLatin1Char('/'))
+        while (star > 0 && view[star - 1] != QLatin1Char('/'))
             star = view.indexOf(QLatin1Char('*'), star + 1);
         if (star < 0)
-            break;
+            return {-1, -1};
         const int open = star - 1;
         const int close = findPair(view, open + 2, QLatin1Char('*'), QLatin1Char('/'));
         if (close < 0)
-            break; // unterminated: no later "/*" can close either
-        result.append(s + copyFrom, open - copyFrom);
-        from = copyFrom = close + 2;
-    }
-    if (copyFrom == 0)
-        return text;
-    result.append(s + copyFrom, size - copyFrom);
-    return result;
+            return {-1, -1}; // unterminated: no later "/*" can close either
+        return {open, close + 2};
+    });
 }
 
-QString stripLineComments(const QString& text)
+QString stripLineComments(QString text)
 {
-    const QChar* s = text.constData();
-    const int size = text.size();
-    const QStringView view(text);
-    QString result;
-    result.reserve(size);
-
-    int copyFrom = 0;
-    int from = 0;
-    while (true) {
+    return removeSpans(std::move(text), [](QStringView view, int from) -> std::pair<int, int> {
         const int open = findPair(view, from, QLatin1Char('/'), QLatin1Char('/'));
         if (open < 0)
-            break;
+            return {-1, -1};
         const int lineFeed = view.indexOf(QLatin1Char('\n'), open + 2);
         if (lineFeed < 0)
-            break; // a "//" without a line feed after it stays
-        result.append(s + copyFrom, open - copyFrom);
-        from = copyFrom = lineFeed + 1;
-    }
-    if (copyFrom == 0)
-        return text;
-    result.append(s + copyFrom, size - copyFrom);
-    return result;
+            return {-1, -1}; // a "//" without a line feed after it stays
+        return {open, lineFeed + 1};
+    });
 }
 
-void splitSections(const QString& text, QMap<QString, QString>& sections)
+void splitSections(const QString& text, QMap<QString, QString>& sections, bool mayHaveCarriageReturns)
 {
     const QChar* s = text.constData();
     const int size = text.size();
@@ -203,7 +235,7 @@ void splitSections(const QString& text, QMap<QString, QString>& sections)
         if (from >= to)
             return;
         const QStringView slice(s + from, to - from);
-        if (!slice.contains(QLatin1Char('\r'))) {
+        if (!mayHaveCarriageReturns || !slice.contains(QLatin1Char('\r'))) {
             body.append(QLatin1Char('\n'));
             body.append(s + from, slice.endsWith(QLatin1Char('\n')) ? slice.size() - 1 : slice.size());
             return;

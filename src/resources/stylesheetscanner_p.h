@@ -26,17 +26,20 @@ namespace StyleSheetScanner {
 ORVACAT_EXPORT QString scalePixelLengths(const QString& text, double factor);
 
 /** Removes every "/*...*\/" block comment (shortest match, may span lines). */
-ORVACAT_EXPORT QString stripBlockComments(const QString& text);
+ORVACAT_EXPORT QString stripBlockComments(QString text);
 
 /** Removes every "//" up to and including the next line feed. */
-ORVACAT_EXPORT QString stripLineComments(const QString& text);
+ORVACAT_EXPORT QString stripLineComments(QString text);
 
 /**
  * Splits @p text into "== key ==" sections and stores them in @p sections
  * (replacing earlier bodies of the same key). Lines before the first header
  * run on into the first section; a header whose key is empty stores nothing.
+ * A caller that knows the text holds no '\r' passes false for
+ * @p mayHaveCarriageReturns and saves a search through every body.
  */
-ORVACAT_EXPORT void splitSections(const QString& text, QMap<QString, QString>& sections);
+ORVACAT_EXPORT void splitSections(const QString& text, QMap<QString, QString>& sections,
+                                  bool mayHaveCarriageReturns = true);
 
 /**
  * The text with every "TMPIMG_LOC" replaced by @p tempImageFolder and then
