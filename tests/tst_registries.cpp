@@ -65,15 +65,33 @@ private:
     QTemporaryDir m_root;
 };
 
-QString writeTextFile(const QTemporaryDir& dir, const QString& name, const QByteArray& contents)
+// Style files in a folder of their own, with the process-wide image
+// registry initialized on an empty resource folder (the style registry asks
+// it for the placeholders' folders).
+struct StyleFolder
 {
-    const QString path = dir.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return QString();
-    file.write(contents);
-    return path;
-}
+    ResourceFolder images;
+    QTemporaryDir files;
+
+    StyleFolder()
+    {
+        images.install();
+        ImageManager::getInstance()->initialize(ImageManager::Lazy);
+    }
+
+    QString write(const QString& name, const QByteArray& contents) const
+    {
+        const QString path = files.filePath(name);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            return QString();
+        file.write(contents);
+        return path;
+    }
+
+    QString filePath(const QString& name) const { return files.filePath(name); }
+    QString path() const { return files.path(); }
+};
 
 QColor centreColour(const QPixmap& pixmap)
 {
@@ -535,11 +553,8 @@ void TestRegistries::folderBeforeInitializeAborts()
 
 void TestRegistries::styleFilesSplitIntoSections()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString path = writeTextFile(dir, QStringLiteral("a.qss"),
+    StyleFolder dir;
+    const QString path = dir.write(QStringLiteral("a.qss"),
                                        "/* leading comment */\n"
                                        "== component.label ==\n"
                                        "QLabel { color: red; } // trailing comment\n"
@@ -560,27 +575,21 @@ void TestRegistries::styleFilesSplitIntoSections()
 
 void TestRegistries::placeholdersBecomeTheImageFolders()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString path = writeTextFile(dir, QStringLiteral("a.qss"),
+    StyleFolder dir;
+    const QString path = dir.write(QStringLiteral("a.qss"),
                                        "== k ==\nurl(IMG_LOC/a.png) url(TMPIMG_LOC/tmp_b.png) img_loc\n");
     StyleManager styles;
     styles.initialize({path});
     QCOMPARE(styles.getStyleSheet(QStringLiteral("k"), true),
              QStringLiteral("\nurl(%1/images/a.png) url(%2/tmp_images/tmp_b.png) img_loc\n")
-                 .arg(folder.resourcePath(), folder.userDataPath()));
+                 .arg(dir.images.resourcePath(), dir.images.userDataPath()));
 }
 
 void TestRegistries::sectionsRunOnAcrossFiles()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString first = writeTextFile(dir, QStringLiteral("1.qss"), "lead\n== A ==\nx");
-    const QString second = writeTextFile(dir, QStringLiteral("2.qss"), "y\n== B ==");
+    StyleFolder dir;
+    const QString first = dir.write(QStringLiteral("1.qss"), "lead\n== A ==\nx");
+    const QString second = dir.write(QStringLiteral("2.qss"), "y\n== B ==");
     StyleManager styles;
     styles.initialize({first, second});
     QCOMPARE(styles.getStyleSheet(QStringLiteral("A"), true), QStringLiteral("\nlead\nx\ny"));
@@ -589,13 +598,10 @@ void TestRegistries::sectionsRunOnAcrossFiles()
 
 void TestRegistries::laterSectionsWin()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString first = writeTextFile(dir, QStringLiteral("1.qss"), "== component.label ==\nfirst\n== only.first ==\n1\n");
-    const QString second = writeTextFile(dir, QStringLiteral("2.qss"), "== component.label ==\nsecond\n");
-    const QString third = writeTextFile(dir, QStringLiteral("3.qss"), "== component.label ==\nthird\n");
+    StyleFolder dir;
+    const QString first = dir.write(QStringLiteral("1.qss"), "== component.label ==\nfirst\n== only.first ==\n1\n");
+    const QString second = dir.write(QStringLiteral("2.qss"), "== component.label ==\nsecond\n");
+    const QString third = dir.write(QStringLiteral("3.qss"), "== component.label ==\nthird\n");
     StyleManager styles;
     styles.initialize({first, second});
     QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nsecond\n"));
@@ -606,11 +612,8 @@ void TestRegistries::laterSectionsWin()
 
 void TestRegistries::missingStyleFileIsSkipped()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString present = writeTextFile(dir, QStringLiteral("present.qss"), "== k ==\nv\n");
+    StyleFolder dir;
+    const QString present = dir.write(QStringLiteral("present.qss"), "== k ==\nv\n");
     const QString absent = dir.filePath(QStringLiteral("absent.qss"));
     StyleManager styles;
     WarningCollector warnings;
@@ -633,11 +636,8 @@ void TestRegistries::unknownStyleKeyAnswersEmpty()
 
 void TestRegistries::rawSheetsAreNotScaled()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
-    const QString path = writeTextFile(dir, QStringLiteral("a.qss"), "== k ==\nQPushButton { min-height: 28px; }\n");
+    StyleFolder dir;
+    const QString path = dir.write(QStringLiteral("a.qss"), "== k ==\nQPushButton { min-height: 28px; }\n");
     StyleManager* styles = StyleManager::getInstance();
     styles->initialize({path});
     QCOMPARE(getStyleSheet("k", true), QStringLiteral("\nQPushButton { min-height: 28px; }\n"));
@@ -647,10 +647,7 @@ void TestRegistries::rawSheetsAreNotScaled()
 
 void TestRegistries::hostileStyleFilesNeitherCrashNorHang()
 {
-    ResourceFolder folder;
-    folder.install();
-    ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    QTemporaryDir dir;
+    StyleFolder dir;
 
     QByteArray big;
     big.reserve(50 << 20);
@@ -660,12 +657,12 @@ void TestRegistries::hostileStyleFilesNeitherCrashNorHang()
     QByteArray megaLine("== long ==\n");
     megaLine += QByteArray(1 << 20, 'a') + "1px\n";
     const QStringList paths{
-        writeTextFile(dir, QStringLiteral("big.qss"), big),
-        writeTextFile(dir, QStringLiteral("megaline.qss"), megaLine),
-        writeTextFile(dir, QStringLiteral("nul.qss"), QByteArray("== nul ==\nbefore\0== after ==\nx\n", 31)),
-        writeTextFile(dir, QStringLiteral("binary.qss"), QByteArray("== bin ==\n\xff\xfe\x80\xc3\x28 1000px 12.5px\n")),
-        writeTextFile(dir, QStringLiteral("header.qss"), "== header.alone =="),
-        writeTextFile(dir, QStringLiteral("empty.qss"), QByteArray()),
+        dir.write(QStringLiteral("big.qss"), big),
+        dir.write(QStringLiteral("megaline.qss"), megaLine),
+        dir.write(QStringLiteral("nul.qss"), QByteArray("== nul ==\nbefore\0== after ==\nx\n", 31)),
+        dir.write(QStringLiteral("binary.qss"), QByteArray("== bin ==\n\xff\xfe\x80\xc3\x28 1000px 12.5px\n")),
+        dir.write(QStringLiteral("header.qss"), "== header.alone =="),
+        dir.write(QStringLiteral("empty.qss"), QByteArray()),
     };
     StyleManager styles;
     styles.initialize(std::vector<QString>(paths.cbegin(), paths.cend()));
