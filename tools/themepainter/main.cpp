@@ -3,7 +3,8 @@
 //   orvacat-themepainter <themeDir>
 //
 // writes <themeDir>/images/*.png (the image registry's files) and
-// <themeDir>/filetypes/*.png (the file-type icons for hosts' file lists).
+// <themeDir>/filetypes/*.png (the file-type icons for hosts' file lists) and
+// <themeDir>/help/image/*.png (the offline help's pictures).
 
 #include "themepainter.h"
 
@@ -72,7 +73,8 @@ int main(int argc, char** argv)
     }
     const QString imageDir = args.at(1) + QLatin1String("/images");
     const QString fileTypeDir = args.at(1) + QLatin1String("/filetypes");
-    if (!QDir().mkpath(imageDir) || !QDir().mkpath(fileTypeDir)) {
+    const QString helpImageDir = args.at(1) + QLatin1String("/help/image");
+    if (!QDir().mkpath(imageDir) || !QDir().mkpath(fileTypeDir) || !QDir().mkpath(helpImageDir)) {
         std::fprintf(stderr, "orvacat-themepainter: cannot create the folders under %s\n", qPrintable(args.at(1)));
         return 1;
     }
@@ -80,5 +82,6 @@ int main(int argc, char** argv)
     ok = ThemePainter::paintShadows(imageDir) && ok;
     ok = ThemePainter::paintIndicators(imageDir) && ok;
     ok = ThemePainter::paintFileTypes(fileTypeDir) && ok;
+    ok = ThemePainter::paintHelpPictures(helpImageDir) && ok;
     return ok ? 0 : 1;
 }

@@ -68,6 +68,8 @@ bool paintShadows(const QString& imageDir);
 bool paintIndicators(const QString& imageDir);
 /** The file-type icons for the host's file lists, normal and removed. */
 bool paintFileTypes(const QString& fileTypeDir);
+/** The pictures of the offline help pages, drawn at the size they are shown. */
+bool paintHelpPictures(const QString& helpImageDir);
 
 } // namespace ThemePainter
 
