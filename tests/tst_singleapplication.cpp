@@ -12,7 +12,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QtEndian>
 
 #include <algorithm>
 #include <memory>
@@ -46,6 +45,26 @@ QByteArray frame(const QByteArray& body)
     return bytes;
 }
 
+// Connects to a primary's socket as a host of the published component would and writes raw bytes.
+std::unique_ptr<QLocalSocket> connectAndWrite(const QString& name, const QByteArray& bytes)
+{
+    auto socket = std::make_unique<QLocalSocket>();
+    socket->connectToServer(name);
+    if (socket->waitForConnected(startTimeout)) {
+        socket->write(bytes);
+        socket->waitForBytesWritten(startTimeout);
+    }
+    return socket;
+}
+
+// Plays another primary under this name: its lock held and its socket listening.
+bool holdName(QtLP_Private::QtLockedFile& lock, QLocalServer& server, const QString& name)
+{
+    lock.setFileName(lockFilePath(name));
+    return lock.open(QIODevice::ReadWrite) && lock.lock(QtLP_Private::QtLockedFile::WriteLock, false)
+        && server.listen(name);
+}
+
 // Exposes what the peer derived from its id.
 class InspectablePeer : public QtLocalPeer
 {
@@ -59,12 +78,6 @@ public:
 class Probe
 {
 public:
-    explicit Probe(const QString& program)
-        : m_program(program)
-    {
-        m_process.setProcessChannelMode(QProcess::SeparateChannels);
-    }
-
     ~Probe()
     {
         if (m_process.state() != QProcess::NotRunning) {
@@ -73,26 +86,16 @@ public:
         }
     }
 
-    void start(const QStringList& arguments) { m_process.start(m_program, arguments); }
+    void start(const QString& program, const QStringList& arguments) { m_process.start(program, arguments); }
 
     QStringList lines()
     {
         m_output += m_process.readAllStandardOutput();
-        const int end = m_output.lastIndexOf('\n');
-        const QList<QByteArray> parts = m_output.left(end + 1).split('\n');
-        QStringList result;
-        for (const QByteArray& part : parts) {
-            if (!part.isEmpty())
-                result << QString::fromUtf8(part);
-        }
-        return result;
+        // Only whole lines: the last one may still be on its way.
+        return QString::fromUtf8(m_output.left(m_output.lastIndexOf('\n') + 1)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
-    QString role()
-    {
-        const QStringList all = lines();
-        return all.isEmpty() ? QString() : all.first();
-    }
+    QString role() { return lines().value(0); }
 
     QList<QByteArray> messages()
     {
@@ -104,17 +107,9 @@ public:
         return result;
     }
 
-    QString errors()
-    {
-        m_errors += m_process.readAllStandardError();
-        return QString::fromUtf8(m_errors);
-    }
+    QString errors() { return QString::fromUtf8(m_errors += m_process.readAllStandardError()); }
 
-    void command(const char* text)
-    {
-        m_process.write(text);
-        m_process.write("\n");
-    }
+    void command(const QByteArray& text) { m_process.write(text + '\n'); }
 
     bool running() const { return m_process.state() == QProcess::Running; }
     bool finished() const { return m_process.state() == QProcess::NotRunning; }
@@ -122,7 +117,6 @@ public:
     QProcess& process() { return m_process; }
 
 private:
-    QString m_program;
     QProcess m_process;
     QByteArray m_output;
     QByteArray m_errors;
@@ -141,8 +135,7 @@ private Q_SLOTS:
     void socketNameFollowsTheId_data();
     void socketNameFollowsTheId();
     void defaultIdIsTheExecutable();
-    void lockedFileRefusesTruncateAndNeedsAnOpenFile();
-    void lockedFileTracksItsMode();
+    void lockedFile();
     void primaryKeepsItsRoleAndSendsNothing();
 
     void sixteenStartsGiveOnePrimaryAndEveryMessageOnce();
@@ -153,14 +146,14 @@ private Q_SLOTS:
     void differentIdsDoNotMeet();
     void otherUsersDoNotMeet();
     void speaksThePublishedFraming();
-    void answersAPublishedSender();
-    void shortReadIsDropped();
+    void answersAPublishedSenderAndDropsShortReads();
     void messageActivatesTheWindow();
 
 private:
-    Probe* startProbe(const QStringList& arguments);
+    Probe* startProbe(const QStringList& arguments, const QString& program = QString());
     Probe* startPrimary(const QString& id, const QStringList& extra = QStringList());
     QString writeMessageFile(const QByteArray& bytes);
+    bool sends(const QString& id, const QStringList& message);
 
     QTemporaryDir m_tmp;
     QString m_probe;
@@ -183,11 +176,11 @@ void TestSingleApplication::cleanup()
     m_probes.clear();
 }
 
-Probe* TestSingleApplication::startProbe(const QStringList& arguments)
+Probe* TestSingleApplication::startProbe(const QStringList& arguments, const QString& program)
 {
-    m_probes.push_back(std::make_unique<Probe>(m_probe));
+    m_probes.push_back(std::make_unique<Probe>());
     Probe* probe = m_probes.back().get();
-    probe->start(arguments);
+    probe->start(program.isEmpty() ? m_probe : program, arguments);
     return probe;
 }
 
@@ -196,6 +189,14 @@ Probe* TestSingleApplication::startPrimary(const QString& id, const QStringList&
     Probe* probe = startProbe(QStringList{QStringLiteral("--id"), id} + extra);
     [&] { QTRY_VERIFY_WITH_TIMEOUT(!probe->role().isEmpty() || probe->finished(), startTimeout); }();
     return probe;
+}
+
+// Starts a secondary that sends one message; true once it ended reporting success.
+bool TestSingleApplication::sends(const QString& id, const QStringList& message)
+{
+    Probe* sender = startProbe(QStringList{QStringLiteral("--id"), id} + message);
+    QTest::qWaitFor([sender] { return sender->finished(); }, startTimeout);
+    return sender->lines() == QStringList{QStringLiteral("secondary"), QStringLiteral("sent")} && sender->exitCode() == 0;
 }
 
 QString TestSingleApplication::writeMessageFile(const QByteArray& bytes)
@@ -225,22 +226,13 @@ void TestSingleApplication::socketNameFollowsTheId()
     QFETCH(QString, expected);
     QCOMPARE(expectedSocketName(id, false), expected);
     InspectablePeer peer(nullptr, id);
-    QCOMPARE(peer.applicationId(), id);
     QCOMPARE(peer.name(), expected);
     QCOMPARE(peer.lockName(), lockFilePath(expected));
 }
 
 void TestSingleApplication::defaultIdIsTheExecutable()
 {
-    {
-        const QByteArray path("/usr/bin/myapp");
-        QCOMPARE(QString::number(qChecksum(path.constData(), uint(path.size()), Qt::ChecksumIso3309), 16),
-                 QStringLiteral("dbb2"));
-        QCOMPARE(expectedSocketName(QStringLiteral("/usr/bin/myapp"), true, 1000),
-                 QStringLiteral("qtsingleapp-myapp-dbb2-3e8"));
-        QCOMPARE(expectedSocketName(QStringLiteral("com.example.MyApp"), false, 1000),
-                 QStringLiteral("qtsingleapp-comexa-ad6a-3e8"));
-    }
+    QCOMPARE(expectedSocketName(QStringLiteral("/usr/bin/myapp"), true, 1000), QStringLiteral("qtsingleapp-myapp-dbb2-3e8"));
 
     // A host started without an id: its name comes from its own file name.
     QVERIFY(QDir(m_tmp.path()).mkpath(QStringLiteral("bin")));
@@ -248,17 +240,14 @@ void TestSingleApplication::defaultIdIsTheExecutable()
     QVERIFY(QFile::copy(m_probe, copy));
     const QString name = expectedSocketName(QFileInfo(copy).canonicalFilePath(), true);
     QVERIFY2(name.startsWith(QLatin1String("qtsingleapp-myapp-")), qPrintable(name));
+    const QString socketPath = QDir::tempPath() + QLatin1Char('/') + name;
 
-    m_probes.push_back(std::make_unique<Probe>(copy));
-    Probe* primary = m_probes.back().get();
-    primary->start(QStringList());
+    Probe* primary = startProbe(QStringList(), copy);
     QTRY_COMPARE_WITH_TIMEOUT(primary->role(), QStringLiteral("primary"), startTimeout);
     QVERIFY(QFileInfo::exists(lockFilePath(name)));
-    QVERIFY(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + name));
+    QVERIFY(QFileInfo::exists(socketPath));
 
-    m_probes.push_back(std::make_unique<Probe>(copy));
-    Probe* second = m_probes.back().get();
-    second->start(QStringList{QStringLiteral("--send"), QStringLiteral("hello")});
+    Probe* second = startProbe({QStringLiteral("--send"), QStringLiteral("hello")}, copy);
     QTRY_VERIFY_WITH_TIMEOUT(second->finished(), startTimeout);
     QCOMPARE(second->lines(), (QStringList{QStringLiteral("secondary"), QStringLiteral("sent")}));
     QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), QList<QByteArray>{"hello"}, startTimeout);
@@ -267,43 +256,30 @@ void TestSingleApplication::defaultIdIsTheExecutable()
     primary->command("quit");
     QTRY_VERIFY_WITH_TIMEOUT(primary->finished(), startTimeout);
     QCOMPARE(primary->exitCode(), 0);
-    QVERIFY(!QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + name));
+    QVERIFY(!QFileInfo::exists(socketPath));
     QVERIFY(QFileInfo::exists(lockFilePath(name)));
 }
 
-void TestSingleApplication::lockedFileRefusesTruncateAndNeedsAnOpenFile()
+void TestSingleApplication::lockedFile()
 {
+    using QtLP_Private::QtLockedFile;
     const QString path = m_tmp.filePath(QStringLiteral("plain-lock"));
     {
         QFile seed(path);
         QVERIFY(seed.open(QIODevice::WriteOnly));
         seed.write("keep");
     }
-    QtLP_Private::QtLockedFile file(path);
+    QtLockedFile file(path);
     QTest::ignoreMessage(QtWarningMsg, "QtLockedFile::lock(): file is not opened");
-    QVERIFY(!file.lock(QtLP_Private::QtLockedFile::WriteLock, false));
-    QVERIFY(!file.isLocked());
-
+    QVERIFY(!file.lock(QtLockedFile::WriteLock, false));
     QTest::ignoreMessage(QtWarningMsg, "QtLockedFile::open(): Truncate mode not allowed.");
     QVERIFY(!file.open(QIODevice::ReadWrite | QIODevice::Truncate));
     QVERIFY(!file.isOpen());
     QCOMPARE(QFileInfo(path).size(), qint64(4));
 
     QVERIFY(file.open(QIODevice::ReadWrite));
-    QCOMPARE(file.readAll(), QByteArray("keep"));
-}
-
-void TestSingleApplication::lockedFileTracksItsMode()
-{
-    using QtLP_Private::QtLockedFile;
-    QtLockedFile file(m_tmp.filePath(QStringLiteral("mode-lock")));
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    QCOMPARE(file.lockMode(), QtLockedFile::NoLock);
     QVERIFY(file.unlock());
-
     QVERIFY(file.lock(QtLockedFile::ReadLock, false));
-    QCOMPARE(file.lockMode(), QtLockedFile::ReadLock);
-    QVERIFY(file.isLocked());
     QVERIFY(file.lock(QtLockedFile::WriteLock, false));
     QCOMPARE(file.lockMode(), QtLockedFile::WriteLock);
     QVERIFY(file.lock(QtLockedFile::NoLock));
@@ -317,11 +293,9 @@ void TestSingleApplication::lockedFileTracksItsMode()
     Probe* probe = startProbe({QStringLiteral("--id"), id});
     QTRY_VERIFY_WITH_TIMEOUT(probe->finished(), startTimeout);
     QCOMPARE(probe->lines(), QStringList{QStringLiteral("secondary")});
-    // ... and once we let go, the next start is the primary.
+    // ... and once we let go, the next start is the primary, which we cannot lock out.
     QVERIFY(held.unlock());
-    probe = startPrimary(id);
-    QCOMPARE(probe->role(), QStringLiteral("primary"));
-    // Now the probe holds it: we cannot take it without blocking.
+    QCOMPARE(startPrimary(id)->role(), QStringLiteral("primary"));
     QVERIFY(!held.lock(QtLockedFile::WriteLock, false));
     QVERIFY(!held.lock(QtLockedFile::ReadLock, false));
     QVERIFY(!held.isLocked());
@@ -334,7 +308,6 @@ void TestSingleApplication::primaryKeepsItsRoleAndSendsNothing()
     {
         InspectablePeer peer(nullptr, id);
         QSignalSpy received(&peer, &QtLocalPeer::messageReceived);
-        QVERIFY(received.isValid());
         QVERIFY(!peer.isClient());
         QVERIFY(!peer.isClient());
         QVERIFY(QFileInfo::exists(socketPath));
@@ -346,12 +319,9 @@ void TestSingleApplication::primaryKeepsItsRoleAndSendsNothing()
         QVERIFY(!peer.isClient());
         QVERIFY(QFileInfo::exists(socketPath));
 
-        QLocalSocket socket;
-        socket.connectToServer(peer.name());
-        QVERIFY(socket.waitForConnected(startTimeout));
-        socket.write(frame("in process"));
-        QTRY_COMPARE_WITH_TIMEOUT(socket.bytesAvailable(), qint64(3), startTimeout);
-        socket.disconnectFromServer();
+        auto socket = connectAndWrite(peer.name(), frame("in process"));
+        QTRY_COMPARE_WITH_TIMEOUT(socket->bytesAvailable(), qint64(3), startTimeout);
+        socket->disconnectFromServer();
         QTRY_COMPARE_WITH_TIMEOUT(received.count(), 1, startTimeout);
         QCOMPARE(received.at(0).at(0).toString(), QStringLiteral("in process"));
     }
@@ -366,8 +336,7 @@ void TestSingleApplication::sixteenStartsGiveOnePrimaryAndEveryMessageOnce()
     QList<Probe*> probes;
     for (int i = 0; i < 16; ++i) {
         probes << startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("from %1").arg(i),
-                              QStringLiteral("--timeout"), QStringLiteral("20000"), QStringLiteral("--attempts"),
-                              QStringLiteral("3")});
+                              QStringLiteral("--attempts"), QStringLiteral("3")});
     }
     // Every secondary ends on its own; the primary stays until told to quit.
     QTRY_VERIFY_WITH_TIMEOUT(std::count_if(probes.cbegin(), probes.cend(), [](Probe* p) { return p->finished(); }) == 15,
@@ -387,7 +356,6 @@ void TestSingleApplication::sixteenStartsGiveOnePrimaryAndEveryMessageOnce()
         expected.insert(QStringLiteral("from %1").arg(i).toUtf8());
     }
     QVERIFY(primary);
-    QCOMPARE(expected.size(), 15);
     QTRY_COMPARE_WITH_TIMEOUT(primary->messages().size(), 15, startTimeout);
     const QList<QByteArray> received = primary->messages();
     QCOMPARE(QSet<QByteArray>(received.cbegin(), received.cend()), expected);
@@ -398,12 +366,10 @@ void TestSingleApplication::messagesArriveIntact_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("empty") << QByteArray();
-    QTest::newRow("one character") << QByteArray("x");
     QTest::newRow("non-ASCII") << QString::fromUtf8("Grüße, 你好, Ωmega \xF0\x9F\x98\x80 done").toUtf8();
     QTest::newRow("embedded NUL") << QByteArray("before\0after", 12);
     QTest::newRow("lines and tabs") << QByteArray("--open\n/tmp/a b.txt\t\"quoted\"\r\n");
     QByteArray big;
-    big.reserve(1 << 20);
     for (int i = 0; big.size() < (1 << 20); ++i)
         big += QByteArray::number(i) + ' ';
     big.truncate(1 << 20);
@@ -416,12 +382,9 @@ void TestSingleApplication::messagesArriveIntact()
     const QString id = QStringLiteral("org.orvacat.intact");
     Probe* primary = startPrimary(id);
     QCOMPARE(primary->role(), QStringLiteral("primary"));
-
     const QString file = writeMessageFile(bytes);
     QVERIFY(!file.isEmpty());
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send-file"), file});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->lines(), (QStringList{QStringLiteral("secondary"), QStringLiteral("sent")}));
+    QVERIFY(sends(id, {QStringLiteral("--send-file"), file}));
     QTRY_COMPARE_WITH_TIMEOUT(primary->messages().size(), 1, startTimeout);
     const QByteArray received = primary->messages().first();
     QCOMPARE(received.size(), bytes.size());
@@ -431,20 +394,17 @@ void TestSingleApplication::messagesArriveIntact()
 void TestSingleApplication::killedPrimaryIsReplaced()
 {
     const QString id = QStringLiteral("org.orvacat.killed");
-    const QString socketPath = QDir::tempPath() + QLatin1Char('/') + expectedSocketName(id, false);
     Probe* first = startPrimary(id);
     QCOMPARE(first->role(), QStringLiteral("primary"));
     first->process().kill();
     QVERIFY(first->process().waitForFinished(startTimeout));
-    QVERIFY2(QFileInfo::exists(socketPath), "SIGKILL should leave the socket file behind");
+    QVERIFY2(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + expectedSocketName(id, false)),
+             "SIGKILL should leave the socket file behind");
 
     Probe* second = startPrimary(id);
     QCOMPARE(second->role(), QStringLiteral("primary"));
     QVERIFY2(!second->errors().contains(QLatin1String("listen on local socket failed")), qPrintable(second->errors()));
-
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("after kill")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->exitCode(), 0);
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("after kill")}));
     QTRY_COMPARE_WITH_TIMEOUT(second->messages(), QList<QByteArray>{"after kill"}, startTimeout);
 }
 
@@ -459,10 +419,7 @@ void TestSingleApplication::unlockHandsThePrimaryRoleOver()
     Probe* successor = startPrimary(id);
     QCOMPARE(successor->role(), QStringLiteral("primary"));
     QVERIFY(old->running());
-
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("to the new one")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->exitCode(), 0);
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("to the new one")}));
     QTRY_COMPARE_WITH_TIMEOUT(successor->messages(), QList<QByteArray>{"to the new one"}, startTimeout);
     QVERIFY(old->messages().isEmpty());
 
@@ -470,49 +427,36 @@ void TestSingleApplication::unlockHandsThePrimaryRoleOver()
     old->command("quit");
     QTRY_VERIFY_WITH_TIMEOUT(old->finished(), startTimeout);
     QCOMPARE(old->exitCode(), 0);
-    sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("still there")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->lines(), (QStringList{QStringLiteral("secondary"), QStringLiteral("sent")}));
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("still there")}));
     QTRY_COMPARE_WITH_TIMEOUT(successor->messages().size(), 2, startTimeout);
     QCOMPARE(successor->messages().last(), QByteArray("still there"));
 }
 
 void TestSingleApplication::differentIdsDoNotMeet()
 {
-    Probe* alpha = startPrimary(QStringLiteral("org.orvacat.alpha"));
-    Probe* beta = startPrimary(QStringLiteral("org.orvacat.beta"));
-    QCOMPARE(alpha->role(), QStringLiteral("primary"));
-    QCOMPARE(beta->role(), QStringLiteral("primary"));
-    // Same prefix after the letters are filtered, different checksum.
-    Probe* one = startPrimary(QStringLiteral("app1"));
-    Probe* two = startPrimary(QStringLiteral("app2"));
-    QCOMPARE(one->role(), QStringLiteral("primary"));
-    QCOMPARE(two->role(), QStringLiteral("primary"));
-
-    Probe* sender = startProbe({QStringLiteral("--id"), QStringLiteral("app2"), QStringLiteral("--send"), QStringLiteral("two")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->exitCode(), 0);
-    QTRY_COMPARE_WITH_TIMEOUT(two->messages(), QList<QByteArray>{"two"}, startTimeout);
-    QVERIFY(one->messages().isEmpty());
+    // alpha and beta differ in the prefix; app1 and app2 only in the checksum.
+    QMap<QString, Probe*> primaries;
+    for (const char* id : {"org.orvacat.alpha", "org.orvacat.beta", "app1", "app2"}) {
+        primaries[QLatin1String(id)] = startPrimary(QLatin1String(id));
+        QCOMPARE(primaries[QLatin1String(id)]->role(), QStringLiteral("primary"));
+    }
+    QVERIFY(sends(QStringLiteral("app2"), {QStringLiteral("--send"), QStringLiteral("two")}));
+    QTRY_COMPARE_WITH_TIMEOUT(primaries.value(QStringLiteral("app2"))->messages(), QList<QByteArray>{"two"}, startTimeout);
+    QVERIFY(primaries.value(QStringLiteral("app1"))->messages().isEmpty());
 }
 
 void TestSingleApplication::otherUsersDoNotMeet()
 {
-    // Another user's instance, as far as names go: its lock held and its
-    // socket listening under that user's id.
+    // Another user's instance, as far as names go.
     const QString id = QStringLiteral("org.orvacat.users");
     const QString foreignName = expectedSocketName(id, false, ::getuid() + 1);
-    QVERIFY(foreignName != expectedSocketName(id, false));
-    QtLP_Private::QtLockedFile foreignLock(lockFilePath(foreignName));
-    QVERIFY(foreignLock.open(QIODevice::ReadWrite));
-    QVERIFY(foreignLock.lock(QtLP_Private::QtLockedFile::WriteLock, false));
+    QtLP_Private::QtLockedFile foreignLock;
     QLocalServer foreign;
-    QVERIFY(foreign.listen(foreignName));
+    QVERIFY(holdName(foreignLock, foreign, foreignName));
 
     Probe* ours = startPrimary(id);
     QCOMPARE(ours->role(), QStringLiteral("primary"));
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("mine")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("mine")}));
     QTRY_COMPARE_WITH_TIMEOUT(ours->messages(), QList<QByteArray>{"mine"}, startTimeout);
     QVERIFY(!foreign.hasPendingConnections());
 }
@@ -521,12 +465,9 @@ void TestSingleApplication::speaksThePublishedFraming()
 {
     // The test plays a primary written against the published component.
     const QString id = QStringLiteral("org.orvacat.framing");
-    const QString name = expectedSocketName(id, false);
-    QtLP_Private::QtLockedFile lock(lockFilePath(name));
-    QVERIFY(lock.open(QIODevice::ReadWrite));
-    QVERIFY(lock.lock(QtLP_Private::QtLockedFile::WriteLock, false));
+    QtLP_Private::QtLockedFile lock;
     QLocalServer server;
-    QVERIFY(server.listen(name));
+    QVERIFY(holdName(lock, server, expectedSocketName(id, false)));
 
     const QByteArray text = QString::fromUtf8("ärger").toUtf8();
     const QString file = writeMessageFile(text);
@@ -535,10 +476,7 @@ void TestSingleApplication::speaksThePublishedFraming()
     QTRY_VERIFY_WITH_TIMEOUT(server.hasPendingConnections(), startTimeout);
     QLocalSocket* socket = server.nextPendingConnection();
     QTRY_VERIFY_WITH_TIMEOUT(socket->bytesAvailable() >= 4 + text.size(), startTimeout);
-    const QByteArray received = socket->readAll();
-    QCOMPARE(received.left(4), QByteArray("\0\0\0\x06", 4));
-    QCOMPARE(qFromBigEndian<quint32>(received.constData()), quint32(text.size()));
-    QCOMPARE(received.mid(4), text);
+    QCOMPARE(socket->readAll(), QByteArray("\0\0\0\x06", 4) + text);
 
     // Without the answer the sender keeps waiting; "ack" completes it.
     QVERIFY(!sender->finished());
@@ -548,8 +486,7 @@ void TestSingleApplication::speaksThePublishedFraming()
     QCOMPARE(sender->exitCode(), 0);
 
     // Anything but "ack" is a failure.
-    sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("x"),
-                         QStringLiteral("--timeout"), QStringLiteral("20000")});
+    sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("x")});
     QTRY_VERIFY_WITH_TIMEOUT(server.hasPendingConnections(), startTimeout);
     socket = server.nextPendingConnection();
     QTRY_VERIFY_WITH_TIMEOUT(socket->bytesAvailable() >= 5, startTimeout);
@@ -559,59 +496,33 @@ void TestSingleApplication::speaksThePublishedFraming()
     QCOMPARE(sender->lines(), (QStringList{QStringLiteral("secondary"), QStringLiteral("failed")}));
 }
 
-void TestSingleApplication::answersAPublishedSender()
+void TestSingleApplication::answersAPublishedSenderAndDropsShortReads()
 {
     const QString id = QStringLiteral("org.orvacat.answers");
+    const QString name = expectedSocketName(id, false);
     Probe* primary = startPrimary(id);
     QCOMPARE(primary->role(), QStringLiteral("primary"));
 
-    QLocalSocket socket;
-    socket.connectToServer(expectedSocketName(id, false));
-    QVERIFY(socket.waitForConnected(startTimeout));
     const QByteArray body("tab\there\0and on", 15);
-    socket.write(frame(body));
-    QTRY_COMPARE_WITH_TIMEOUT(socket.bytesAvailable(), qint64(3), startTimeout);
-    QCOMPARE(socket.readAll(), QByteArray("ack"));
+    auto socket = connectAndWrite(name, frame(body));
+    QTRY_COMPARE_WITH_TIMEOUT(socket->bytesAvailable(), qint64(3), startTimeout);
+    QCOMPARE(socket->readAll(), QByteArray("ack"));
     // Delivered only once the sender has gone.
     QVERIFY(primary->messages().isEmpty());
-    socket.disconnectFromServer();
+    socket->disconnectFromServer();
     QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), QList<QByteArray>{body}, startTimeout);
-}
 
-void TestSingleApplication::shortReadIsDropped()
-{
-    const QString id = QStringLiteral("org.orvacat.short");
-    Probe* primary = startPrimary(id);
-    QCOMPARE(primary->role(), QStringLiteral("primary"));
-    const QString name = expectedSocketName(id, false);
-
-    {
-        // Promises ten bytes, sends four, hangs up.
-        QLocalSocket socket;
-        socket.connectToServer(name);
-        QVERIFY(socket.waitForConnected(startTimeout));
-        socket.write(QByteArray("\0\0\0\x0a" "abcd", 8));
-        QVERIFY(socket.waitForBytesWritten(startTimeout));
-        socket.disconnectFromServer();
-    }
+    // Promises ten bytes, sends four, hangs up.
+    connectAndWrite(name, QByteArray("\0\0\0\x0a" "abcd", 8));
     QTRY_VERIFY_WITH_TIMEOUT(primary->errors().contains(QLatin1String("QtLocalPeer: Message reception failed")),
                              startTimeout);
-    {
-        // Hangs up before the count is complete.
-        QLocalSocket socket;
-        socket.connectToServer(name);
-        QVERIFY(socket.waitForConnected(startTimeout));
-        socket.write(QByteArray("\0\0", 2));
-        QVERIFY(socket.waitForBytesWritten(startTimeout));
-        socket.disconnectFromServer();
-    }
+    // Hangs up before the count is complete.
+    connectAndWrite(name, QByteArray("\0\0", 2));
     QTRY_VERIFY_WITH_TIMEOUT(primary->errors().contains(QLatin1String("QtLocalPeer: Peer disconnected")), startTimeout);
 
     // Still serving, and nothing of the broken ones was delivered.
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("whole")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
-    QCOMPARE(sender->exitCode(), 0);
-    QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), QList<QByteArray>{"whole"}, startTimeout);
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("whole")}));
+    QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), (QList<QByteArray>{body, "whole"}), startTimeout);
 }
 
 void TestSingleApplication::messageActivatesTheWindow()
@@ -619,8 +530,7 @@ void TestSingleApplication::messageActivatesTheWindow()
     const QString id = QStringLiteral("org.orvacat.activate");
     Probe* primary = startPrimary(id, {QStringLiteral("--window")});
     QCOMPARE(primary->role(), QStringLiteral("primary"));
-    Probe* sender = startProbe({QStringLiteral("--id"), id, QStringLiteral("--send"), QStringLiteral("wake up")});
-    QTRY_VERIFY_WITH_TIMEOUT(sender->finished(), startTimeout);
+    QVERIFY(sends(id, {QStringLiteral("--send"), QStringLiteral("wake up")}));
     QTRY_COMPARE_WITH_TIMEOUT(primary->lines().size(), 3, startTimeout);
     // The host hears the message first, then the window is back.
     QCOMPARE(primary->lines().at(1), QStringLiteral("message ") + QString::fromLatin1(QByteArray("wake up").toBase64()));
