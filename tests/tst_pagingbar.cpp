@@ -74,6 +74,12 @@ struct BarFixture
         return nullptr;
     }
 
+    /** first, back, next, last: which of the four arrows take clicks. */
+    QList<bool> navEnabled() const
+    {
+        return {first()->isEnabled(), back()->isEnabled(), next()->isEnabled(), last()->isEnabled()};
+    }
+
     OrvaIconButton* first() const { return iconButton("first_page"); }
     OrvaIconButton* back() const { return iconButton("prev_5_pages"); }
     OrvaIconButton* next() const { return iconButton("next_5_pages"); }
@@ -120,30 +126,23 @@ private Q_SLOTS:
 
     void pageCountAndStartItem_data();
     void pageCountAndStartItem();
-    void modelSettersStoreWithoutChecks();
 
     void constructionResetsTheModel();
     void barReadsLeftToRight();
-    void emptyListHasOnePageAndNoNavigation();
     void pagingThroughTheEdges();
     void pageButtonsKeepTheCurrentPageInTheMiddle();
-    void middleButtonReemitsTheCurrentPage();
     void jumpByFive_data();
     void jumpByFive();
     void shrinkingTheCountKeepsThePage();
-    void programmaticChangesEmitNothing();
-    void resetEmitsOnce();
-    void refreshEmitsOnlyRefresh();
+    void onlyUserActionsAndResetEmit();
 
     void footerLabelsAreReused();
-    void footerLabelsStackRightToLeft();
     void rightmostLabelStyleFollowsHiddenRefresh();
     void footerTextHelpers();
 
     void strangePagesDoNotCrash();
     void unknownPageButtonIsIgnored();
     void missingModelIsSurvived();
-    void negativeFooterWidthKeepsTheWidth();
 };
 
 void TestPagingBar::initTestCase()
@@ -164,6 +163,8 @@ void TestPagingBar::pageCountAndStartItem_data()
     QTest::addColumn<int>("pageCount");
     QTest::addColumn<int>("startItem");
 
+    const int most = std::numeric_limits<int>::max();
+    const int least = std::numeric_limits<int>::min();
     QTest::newRow("no rows") << 50 << 0 << 1 << 1 << 0;
     QTest::newRow("one full page") << 50 << 50 << 1 << 1 << 0;
     QTest::newRow("one row over") << 50 << 51 << 2 << 2 << 50;
@@ -173,8 +174,10 @@ void TestPagingBar::pageCountAndStartItem_data()
     QTest::newRow("negative count") << 50 << -120 << 1 << 1 << 0;
     QTest::newRow("page beyond count, not clamped") << 50 << 10 << 4 << 1 << 150;
     QTest::newRow("page 0, not clamped") << 50 << 10 << 0 << 1 << -50;
-    QTest::newRow("largest count") << 1 << std::numeric_limits<int>::max() << 1
-                                   << std::numeric_limits<int>::max() << 0;
+    QTest::newRow("largest count") << 1 << most << 1 << most << 0;
+    // Far pages do not overflow the row index.
+    QTest::newRow("largest page") << 10 << 0 << most << 1 << most;
+    QTest::newRow("smallest page") << 10 << 0 << least << 1 << least;
 }
 
 void TestPagingBar::pageCountAndStartItem()
@@ -192,25 +195,6 @@ void TestPagingBar::pageCountAndStartItem()
     QCOMPARE(model.startItem(), startItem);
 }
 
-void TestPagingBar::modelSettersStoreWithoutChecks()
-{
-    OrvaPagingModel model(25);
-    QCOMPARE(model.rowLimit(), 25);
-    QCOMPARE(model.itemCount(), 0);
-    QCOMPARE(model.nowPage(), 1);
-    model.setRowLimit(10);
-    model.setItemCount(-3);
-    model.setNowPage(-8);
-    QCOMPARE(model.rowLimit(), 10);
-    QCOMPARE(model.itemCount(), -3);
-    QCOMPARE(model.nowPage(), -8);
-    // Far pages do not overflow the row index.
-    model.setNowPage(std::numeric_limits<int>::max());
-    QCOMPARE(model.startItem(), std::numeric_limits<int>::max());
-    model.setNowPage(std::numeric_limits<int>::min());
-    QCOMPARE(model.startItem(), std::numeric_limits<int>::min());
-}
-
 void TestPagingBar::constructionResetsTheModel()
 {
     OrvaPagingModel model(50);
@@ -219,38 +203,35 @@ void TestPagingBar::constructionResetsTheModel()
     OrvaPagingBar bar(&model);
     QCOMPARE(model.nowPage(), 1);
     QCOMPARE(model.itemCount(), 0);
-    QCOMPARE(model.rowLimit(), 50);
 
     // Until the first setPage only the middle button reads a page, and nothing is disabled yet.
-    const QList<OrvaButton*> buttons = bar.findChildren<OrvaButton*>();
-    QCOMPARE(buttons.size(), 5);
-    int numbered = 0;
-    for (OrvaButton* button : buttons) {
+    QStringList texts;
+    for (OrvaButton* button : bar.findChildren<OrvaButton*>()) {
         QVERIFY(button->isEnabled());
-        if (button->text() == QLatin1String("1"))
-            ++numbered;
-        else
-            QCOMPARE(button->text(), QString());
+        texts << button->text();
     }
-    QCOMPARE(numbered, 1);
-    QCOMPARE(bar.findChild<QWidget*>(QStringLiteral("PAGINGBARBORDER"))->styleSheet(),
-             getStyleSheet("component.paging_bar_border", false));
+    texts.sort();
+    QCOMPARE(texts, (QStringList{"", "", "", "", "1"}));
 }
 
 void TestPagingBar::barReadsLeftToRight()
 {
     BarFixture f;
     f.bar->setItemCount(1000);
-    f.bar->setFooterText(QStringLiteral("Rows 1-50 of 1000"));
+    f.bar->setFooterInfos({{QStringLiteral("first"), 60}, {QStringLiteral("second"), 60}});
     QApplication::processEvents();
 
+    // Footer labels stack right to left: the first one sits next to the refresh button.
     auto x = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).x(); };
     const QList<OrvaButton*> pages = f.pageButtons();
     QCOMPARE(pages.size(), 5);
+    const QList<QLabel*> labels = f.footerLabels();
+    QCOMPARE(labels.size(), 2);
+    QCOMPARE(labels.at(0)->text(), QStringLiteral("first"));
     QList<QWidget*> order{f.first(), f.back()};
     for (OrvaButton* b : pages)
         order << b;
-    order << f.next() << f.last() << f.footerLabels().value(0) << f.refresh();
+    order << f.next() << f.last() << labels.at(1) << labels.at(0) << f.refresh();
     for (QWidget* w : order)
         QVERIFY(w);
     for (int i = 0; i + 1 < order.size(); ++i)
@@ -271,32 +252,23 @@ void TestPagingBar::barReadsLeftToRight()
     QVERIFY(f.bar->width() - (x(f.refresh()) + f.refresh()->width()) < TestEnvironment::scaled(4) + 1);
 }
 
-void TestPagingBar::emptyListHasOnePageAndNoNavigation()
-{
-    BarFixture f;
-    f.bar->setItemCount(0);
-    QCOMPARE(f.pageTexts(), (QStringList{" ", " ", "1", " ", " "}));
-    QCOMPARE(f.pageEnabled(), (QList<bool>{false, false, true, false, false}));
-    QVERIFY(!f.first()->isEnabled());
-    QVERIFY(!f.back()->isEnabled());
-    QVERIFY(!f.next()->isEnabled());
-    QVERIFY(!f.last()->isEnabled());
-}
-
 void TestPagingBar::pagingThroughTheEdges()
 {
     BarFixture f;
     QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
     QVERIFY(changed.isValid());
-    f.bar->setItemCount(101);
+
+    // An empty list: one page, no way anywhere.
+    f.bar->setItemCount(0);
+    QCOMPARE(f.pageTexts(), (QStringList{" ", " ", "1", " ", " "}));
+    QCOMPARE(f.pageEnabled(), (QList<bool>{false, false, true, false, false}));
+    QCOMPARE(f.navEnabled(), (QList<bool>{false, false, false, false}));
 
     // Page 1: nothing to the left.
+    f.bar->setItemCount(101);
     QCOMPARE(f.pageTexts(), (QStringList{" ", " ", "1", "2", "3"}));
     QCOMPARE(f.pageEnabled(), (QList<bool>{false, false, true, true, true}));
-    QVERIFY(!f.first()->isEnabled());
-    QVERIFY(!f.back()->isEnabled());
-    QVERIFY(f.next()->isEnabled());
-    QVERIFY(f.last()->isEnabled());
+    QCOMPARE(f.navEnabled(), (QList<bool>{false, false, true, true}));
 
     // Last page: the window is not shifted, the right side goes blank.
     f.click(f.last());
@@ -305,10 +277,7 @@ void TestPagingBar::pagingThroughTheEdges()
     QCOMPARE(f.model.startItem(), 100);
     QCOMPARE(f.pageTexts(), (QStringList{"1", "2", "3", " ", " "}));
     QCOMPARE(f.pageEnabled(), (QList<bool>{true, true, true, false, false}));
-    QVERIFY(!f.next()->isEnabled());
-    QVERIFY(!f.last()->isEnabled());
-    QVERIFY(f.first()->isEnabled());
-    QVERIFY(f.back()->isEnabled());
+    QCOMPARE(f.navEnabled(), (QList<bool>{true, true, false, false}));
 
     // A disabled button takes no click.
     f.click(f.next());
@@ -345,6 +314,11 @@ void TestPagingBar::pageButtonsKeepTheCurrentPageInTheMiddle()
     QCOMPARE(f.pageTexts(), (QStringList{" ", "1", "2", "3", "4"}));
     QCOMPARE(changed.count(), 3);
 
+    // The middle button names the current page again, and says so.
+    f.click(f.pageButtons().at(2));
+    QCOMPARE(changed.count(), 4);
+    QCOMPARE(f.model.nowPage(), 2);
+
     // The middle button alone carries the "selected" look, whatever the page.
     const QList<OrvaButton*> buttons = f.pageButtons();
     for (int i = 0; i < buttons.size(); ++i) {
@@ -352,18 +326,6 @@ void TestPagingBar::pageButtonsKeepTheCurrentPageInTheMiddle()
                                                                     : "component.nonselect_paging_button",
                                                             false));
     }
-}
-
-void TestPagingBar::middleButtonReemitsTheCurrentPage()
-{
-    BarFixture f;
-    f.bar->setItemCount(500);
-    f.bar->setPage(5);
-    QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
-    f.click(f.pageButtons().at(2));
-    QCOMPARE(changed.count(), 1);
-    QCOMPARE(f.model.nowPage(), 5);
-    QCOMPARE(f.pageTexts(), (QStringList{"3", "4", "5", "6", "7"}));
 }
 
 void TestPagingBar::jumpByFive_data()
@@ -396,7 +358,6 @@ void TestPagingBar::jumpByFive()
     f.click(forward ? f.next() : f.back());
     QCOMPARE(changed.count(), 1);
     QCOMPARE(f.model.nowPage(), to);
-    QCOMPARE(f.pageButtons().at(2)->text(), QString::number(to));
     QStringList expected;
     for (int n = to - 2; n <= to + 2; ++n)
         expected << pageText(n <= f.model.pageCount() ? n : 0);
@@ -414,13 +375,9 @@ void TestPagingBar::shrinkingTheCountKeepsThePage()
     f.bar->setItemCount(10);
     QCOMPARE(changed.count(), 0);
     QCOMPARE(f.model.nowPage(), 4);
-    QCOMPARE(f.model.pageCount(), 1);
     QCOMPARE(f.pageTexts(), (QStringList{" ", " ", " ", " ", " "}));
     QCOMPARE(f.pageEnabled(), (QList<bool>{false, false, false, false, false}));
-    QVERIFY(!f.next()->isEnabled());
-    QVERIFY(!f.last()->isEnabled());
-    QVERIFY(f.first()->isEnabled());
-    QVERIFY(f.back()->isEnabled());
+    QCOMPARE(f.navEnabled(), (QList<bool>{true, true, false, false}));
 
     // The way back is the host's, or the user's first-page button.
     f.click(f.first());
@@ -429,48 +386,33 @@ void TestPagingBar::shrinkingTheCountKeepsThePage()
     QCOMPARE(f.pageTexts(), (QStringList{" ", " ", "1", " ", " "}));
 }
 
-void TestPagingBar::programmaticChangesEmitNothing()
+void TestPagingBar::onlyUserActionsAndResetEmit()
 {
     BarFixture f;
     QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
     QSignalSpy refreshed(f.bar, &OrvaPagingBar::sigRefresh);
+    QVERIFY(refreshed.isValid());
     f.bar->setItemCount(300);
     f.bar->setPage(4);
     f.bar->setItemCount(250);
     f.bar->setFooterText(QStringLiteral("x"));
     QCOMPARE(changed.count(), 0);
     QCOMPARE(refreshed.count(), 0);
-    QCOMPARE(f.model.nowPage(), 4);
     QCOMPARE(f.pageTexts(), (QStringList{"2", "3", "4", "5", " "}));
-}
 
-void TestPagingBar::resetEmitsOnce()
-{
-    BarFixture f;
-    f.bar->setItemCount(300);
-    f.bar->setPage(5);
-    QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
+    f.click(f.refresh());
+    QCOMPARE(refreshed.count(), 1);
+    QCOMPARE(changed.count(), 0);
+
     f.bar->reset();
     QCOMPARE(changed.count(), 1);
     QCOMPARE(f.model.nowPage(), 1);
     QCOMPARE(f.pageTexts(), (QStringList{" ", " ", "1", "2", "3"}));
     f.bar->reset();
     QCOMPARE(changed.count(), 2);
-}
-
-void TestPagingBar::refreshEmitsOnlyRefresh()
-{
-    BarFixture f;
-    f.bar->setItemCount(300);
-    QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
-    QSignalSpy refreshed(f.bar, &OrvaPagingBar::sigRefresh);
-    QVERIFY(refreshed.isValid());
-    f.click(f.refresh());
-    QCOMPARE(refreshed.count(), 1);
-    QCOMPARE(changed.count(), 0);
 
     f.bar->setRefreshButtonHidden(true);
-    QVERIFY(f.refresh()->isHidden());
+    QVERIFY(!f.refresh()->isVisible());
     f.bar->setRefreshButtonHidden(false);
     QVERIFY(f.refresh()->isVisible());
 }
@@ -481,42 +423,33 @@ void TestPagingBar::footerLabelsAreReused()
     f.bar->setFooterInfos({{QStringLiteral("Rows 1-50 of 3000"), 120},
                            {QStringLiteral("3 selected"), 80},
                            {QStringLiteral("Filtered"), 0}});
-    QApplication::processEvents();
     const QList<QLabel*> before = f.footerLabels();
     QCOMPARE(before.size(), 3);
     QCOMPARE(before.at(0)->text(), QStringLiteral("Rows 1-50 of 3000"));
     QCOMPARE(before.at(0)->width(), TestEnvironment::scaled(120));
     QCOMPARE(before.at(1)->width(), TestEnvironment::scaled(80));
     QCOMPARE(before.at(0)->height(), TestEnvironment::scaled(19));
-    QCOMPARE(before.at(0)->alignment(), Qt::AlignRight | Qt::AlignVCenter);
     const QPointer<QLabel> second = before.at(1);
     const QPointer<QLabel> third = before.at(2);
-    const QString firstSheet = before.at(0)->styleSheet();
 
     f.bar->setFooterInfos({{QStringLiteral("Rows 51-100 of 3000"), 0}});
-    QApplication::processEvents();
     const QList<QLabel*> after = f.footerLabels();
     QCOMPARE(after.size(), 1);
     QCOMPARE(after.at(0), before.at(0)); // the same label, relabelled
     QCOMPARE(after.at(0)->text(), QStringLiteral("Rows 51-100 of 3000"));
     QCOMPARE(after.at(0)->width(), TestEnvironment::scaled(120)); // width 0 keeps it
-    QCOMPARE(after.at(0)->styleSheet(), firstSheet);
 
     // Surplus labels are hidden and out of the layout, but not deleted.
-    QVERIFY(second);
-    QVERIFY(third);
+    QVERIFY(second && third);
     QVERIFY(second->isHidden());
     QVERIFY(third->isHidden());
-    QCOMPARE(second->parentWidget() != nullptr, true);
-    const QList<QHBoxLayout*> layouts = f.bar->findChildren<QHBoxLayout*>();
-    for (QHBoxLayout* layout : layouts) {
+    for (QHBoxLayout* layout : f.bar->findChildren<QHBoxLayout*>()) {
         QCOMPARE(layout->indexOf(second.data()), -1);
         QCOMPARE(layout->indexOf(third.data()), -1);
     }
 
     // Growing again makes new labels; the dropped ones stay dropped.
     f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
-    QApplication::processEvents();
     const QList<QLabel*> regrown = f.footerLabels();
     QCOMPARE(regrown.size(), 2);
     QCOMPARE(regrown.at(0), before.at(0));
@@ -524,27 +457,7 @@ void TestPagingBar::footerLabelsAreReused()
     QVERIFY(second->isHidden());
 
     f.bar->setFooterInfos({});
-    QApplication::processEvents();
     QCOMPARE(f.footerLabels().size(), 0);
-}
-
-void TestPagingBar::footerLabelsStackRightToLeft()
-{
-    BarFixture f;
-    f.bar->setFooterInfos({{QStringLiteral("first"), 60}, {QStringLiteral("second"), 60}});
-    QApplication::processEvents();
-    auto x = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).x(); };
-    QLabel* first = nullptr;
-    QLabel* second = nullptr;
-    for (QLabel* label : f.bar->findChildren<QLabel*>()) {
-        if (label->text() == QLatin1String("first"))
-            first = label;
-        if (label->text() == QLatin1String("second"))
-            second = label;
-    }
-    QVERIFY(first && second);
-    QVERIFY(x(second) + second->width() <= x(first));
-    QVERIFY(x(first) + first->width() <= x(f.refresh()));
 }
 
 void TestPagingBar::rightmostLabelStyleFollowsHiddenRefresh()
@@ -594,6 +507,13 @@ void TestPagingBar::footerTextHelpers()
     f.bar->setFooterText(QStringLiteral("text"));
     QCOMPARE(f.footerLabels().size(), 1);
     QCOMPARE(f.footerLabels().at(0)->text(), QStringLiteral("text"));
+    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
+
+    // A negative width is refused with a warning, and the label keeps its width.
+    WarningCollector warnings;
+    f.bar->setFooterInfo({QStringLiteral("label"), -40});
+    QCOMPARE(warnings.count(), 1);
+    QCOMPARE(f.footerLabels().size(), 1);
     QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
 }
 
@@ -666,17 +586,6 @@ void TestPagingBar::missingModelIsSurvived()
         bar.next_5_page();
         bar.setFooterText(QStringLiteral("still here"));
     }
-}
-
-void TestPagingBar::negativeFooterWidthKeepsTheWidth()
-{
-    BarFixture f;
-    f.bar->setFooterInfo({QStringLiteral("label"), 90});
-    WarningCollector warnings;
-    f.bar->setFooterInfo({QStringLiteral("label"), -40});
-    QCOMPARE(warnings.count(), 1);
-    QCOMPARE(f.footerLabels().size(), 1);
-    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(90));
 }
 
 ORVACAT_TEST_MAIN(TestPagingBar)
