@@ -65,12 +65,59 @@ QPoint cellCentre(QTableView* grid, int day)
     return index.isValid() ? grid->visualRect(index).center() : QPoint(-1, -1);
 }
 
-std::unique_ptr<OrvaCalanderView> shownView()
+std::unique_ptr<OrvaCalanderView> shownView(bool active = false)
 {
     std::unique_ptr<OrvaCalanderView> view(new OrvaCalanderView);
     view->resize(TestEnvironment::scaled(280), TestEnvironment::scaled(260));
     view->show();
+    if (!(active ? QTest::qWaitForWindowActive(view.get()) : QTest::qWaitForWindowExposed(view.get())))
+        qWarning("The calendar did not show");
     return view;
+}
+
+OrvaButton* todayButtonOf(QWidget* view)
+{
+    return view->findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
+}
+
+QToolButton* toolButtonOf(QWidget* view, const char* name)
+{
+    return view->findChild<QToolButton*>(QLatin1String(name));
+}
+
+/** A shown window with a date selector in it. */
+struct SelectorFixture
+{
+    explicit SelectorFixture(bool active = false)
+        : window(new QWidget)
+        , selector(new OrvaDateSelector(QStringLiteral("Pick a date"), window.get()))
+    {
+        selector->move(10, 10);
+        window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
+        window->show();
+        if (!(active ? QTest::qWaitForWindowActive(window.get()) : QTest::qWaitForWindowExposed(window.get())))
+            qWarning("The selector did not show");
+    }
+
+    std::unique_ptr<QWidget> window;
+    OrvaDateSelector* selector;
+};
+
+QString focusName()
+{
+    QWidget* focus = QApplication::focusWidget();
+    if (!focus)
+        return QStringLiteral("(none)");
+    if (qobject_cast<OrvaCalanderView*>(focus))
+        return QStringLiteral("view");
+    return focus->objectName();
+}
+
+void pressOnFocus(Qt::Key key)
+{
+    QWidget* focus = QApplication::focusWidget();
+    QVERIFY(focus);
+    QTest::keyClick(focus, key);
 }
 
 } // namespace
@@ -85,28 +132,22 @@ private Q_SLOTS:
 
     void calendarIsReworked();
     void weekdayHeaderShowsOneLetterSundayFirst();
-    void monthMenuListsAbbreviations();
-    void monthButtonFollowsThePage();
+    void monthButtonAndMenuFollowThePage();
     void itemViewOperationsAreInert();
 
     void clickingADayEmitsIt();
     void doubleClickEmitsMoreThanOnce();
     void enterEmitsTheSelectedDay();
     void todayButtonSelectsAndEmitsToday();
-    void todayButtonEmitsTodayOutsideTheRange();
+    void tabWalksTheCycle_data();
     void tabWalksTheCycle();
-    void backtabWalksItBackwards();
     void tabLeavesTheYearEditorForTheGrid();
-    void tabIntoTheGridKeepsTheSelection();
 
-    void selectorStartsWithThePlaceholder();
-    void selectorShowsAPickedDate();
+    void selectorHoldsOneItem();
     void invalidDateShowsThePlaceholder();
     void pickingADayInThePopupClosesIt();
     void enterInThePopupPicksTheDay();
     void clearDateGoesBackToThePlaceholder();
-    void selectorNeverHoldsMoreThanOneItem();
-    void selectorSurvivesAReplacedView();
 };
 
 void TestCalendarView::initTestCase()
@@ -124,23 +165,15 @@ void TestCalendarView::calendarIsReworked()
     OrvaCalanderView view;
     QCalendarWidget* calendar = calendarOf(&view);
     QVERIFY(calendar);
-    QCOMPARE(calendar->parentWidget(), &view);
     QCOMPARE(calendar->firstDayOfWeek(), Qt::Sunday);
-    QCOMPARE(calendar->horizontalHeaderFormat(), QCalendarWidget::NoHorizontalHeader);
-    QCOMPARE(calendar->verticalHeaderFormat(), QCalendarWidget::NoVerticalHeader);
-    QCOMPARE(view.selectionMode(), QAbstractItemView::NoSelection);
     QCOMPARE(view.accessibleName(), str("accessible_calendar"));
-
+    // Weekends are not painted red.
     QCOMPARE(calendar->weekdayTextFormat(Qt::Saturday).foreground().color(), QColor(Qt::black));
     QCOMPARE(calendar->weekdayTextFormat(Qt::Sunday).foreground().color(), QColor(Qt::black));
 
-    auto* prev = view.findChild<QToolButton*>(QStringLiteral("qt_calendar_prevmonth"));
-    auto* next = view.findChild<QToolButton*>(QStringLiteral("qt_calendar_nextmonth"));
-    auto* month = view.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"));
-    auto* year = view.findChild<QToolButton*>(QStringLiteral("qt_calendar_yearbutton"));
-    QVERIFY(prev && next && month && year);
-    for (QToolButton* button : {prev, next, month, year})
-        QCOMPARE(button->focusPolicy(), Qt::StrongFocus);
+    QToolButton* prev = toolButtonOf(&view, "qt_calendar_prevmonth");
+    QToolButton* next = toolButtonOf(&view, "qt_calendar_nextmonth");
+    QVERIFY(prev && next);
     QCOMPARE(prev->accessibleName(), str("accessible_calendar_prev_month"));
     QCOMPARE(next->accessibleName(), str("accessible_calendar_next_month"));
 
@@ -148,30 +181,23 @@ void TestCalendarView::calendarIsReworked()
     const QPixmap backend = getGlobalImage("bt_pagebar_backend", ImageManager::Normal);
     QVERIFY(!backend.isNull());
     const double ratio = DPIinfo::getInstance()->getDPR();
-    const QSize logical(qRound(backend.width() / ratio), qRound(backend.height() / ratio));
-    QCOMPARE(prev->iconSize(), logical);
+    QCOMPARE(prev->iconSize(), QSize(qRound(backend.width() / ratio), qRound(backend.height() / ratio)));
     QImage shown = prev->icon().pixmap(backend.size()).toImage();
     QImage expected = backend.toImage();
     shown.setDevicePixelRatio(1);
     expected.setDevicePixelRatio(1);
     QCOMPARE(shown, expected);
 
-    auto* navigation = view.findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"));
-    QVERIFY(navigation);
-    QVERIFY(!navigation->autoFillBackground());
-
-    auto* today = view.findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
+    OrvaButton* today = todayButtonOf(&view);
     QVERIFY(today);
     QCOMPARE(today->text(), str("today"));
-    QCOMPARE(today->styleSheet(), getStyleSheet("component.cancel_button", false));
     QCOMPARE(today->maximumHeight(), TestEnvironment::scaled(24));
-    QCOMPARE(today->minimumHeight(), TestEnvironment::scaled(24));
 }
 
 void TestCalendarView::weekdayHeaderShowsOneLetterSundayFirst()
 {
-    OrvaCalanderView view;
-    auto* header = view.findChild<QTableWidget*>(QStringLiteral("qt_calendar_weekdayview"));
+    auto view = shownView();
+    auto* header = view->findChild<QTableWidget*>(QStringLiteral("qt_calendar_weekdayview"));
     QVERIFY(header);
     QCOMPARE(header->rowCount(), 1);
     QCOMPARE(header->columnCount(), 7);
@@ -180,80 +206,54 @@ void TestCalendarView::weekdayHeaderShowsOneLetterSundayFirst()
         QTableWidgetItem* item = header->item(0, i);
         QVERIFY(item);
         QCOMPARE(item->text(), str(days[i]).left(1));
-        QCOMPARE(item->textAlignment(), int(Qt::AlignCenter));
     }
     QCOMPARE(header->focusPolicy(), Qt::NoFocus);
-    QCOMPARE(header->maximumHeight(), TestEnvironment::scaled(30));
-    QVERIFY(header->horizontalHeader()->isHidden());
-    QVERIFY(header->verticalHeader()->isHidden());
-    QCOMPARE(header->editTriggers(), QAbstractItemView::NoEditTriggers);
-    QCOMPARE(header->horizontalHeader()->sectionResizeMode(0), QHeaderView::Stretch);
 
     // Directly under the navigation bar, above the day grid.
-    auto* layout = qobject_cast<QVBoxLayout*>(calendarOf(&view)->layout());
-    QVERIFY(layout);
-    QCOMPARE(layout->indexOf(header), 1);
-    QCOMPARE(layout->indexOf(view.findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"))), 0);
-
-    view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
-    QTableView* grid = dayGridOf(&view);
     auto y = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
-    QVERIFY(y(header) + header->height() <= y(grid));
-    QVERIFY(header->isVisible());
+    QWidget* navigation = view->findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"));
+    QVERIFY(navigation && header->isVisible());
+    QVERIFY(y(navigation) + navigation->height() <= y(header));
+    QVERIFY(y(header) + header->height() <= y(dayGridOf(view.get())));
 }
 
-void TestCalendarView::monthMenuListsAbbreviations()
+void TestCalendarView::monthButtonAndMenuFollowThePage()
 {
-    OrvaCalanderView view;
-    auto* month = view.findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"));
+    auto view = shownView();
+    QToolButton* month = toolButtonOf(view.get(), "qt_calendar_monthbutton");
     QVERIFY(month && month->menu());
     const char* keys[] = {"month_jan", "month_feb", "month_mar", "month_apr", "month_may", "month_jun",
                           "month_jul", "month_aug", "month_sep", "month_oct", "month_nov", "month_dec"};
+    // The button shows the full name of this month, the menu the abbreviations.
+    QCOMPARE(month->text(), str(keys[QDate::currentDate().month() - 1]));
     const QList<QAction*> actions = month->menu()->actions();
     QCOMPARE(actions.size(), 12);
+    QAction* december = nullptr;
     for (QAction* action : actions) {
         const int m = action->data().toInt();
         QVERIFY(m >= 1 && m <= 12);
         QCOMPARE(action->text(), str(keys[m - 1]).left(3));
+        if (m == 12)
+            december = action;
     }
-    // The button shows the full name of this month.
-    QCOMPARE(month->text(), str(keys[QDate::currentDate().month() - 1]));
 
-    // The slot offered for month menus names the month its action carries.
-    QAction june(nullptr);
-    june.setData(6);
-    view.slotMonthTriggered(&june);
-    QCOMPARE(month->text(), str("month_jun"));
-    QAction nonsense(nullptr);
-    nonsense.setData(13);
-    view.slotMonthTriggered(&nonsense);
-    view.slotMonthTriggered(nullptr);
-    QCOMPARE(month->text(), str("month_jun"));
-}
-
-void TestCalendarView::monthButtonFollowsThePage()
-{
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-    auto* month = view->findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"));
     view->setCurrentPage(2024, 2);
     QCOMPARE(month->text(), str("month_feb"));
-
-    auto* next = view->findChild<QToolButton*>(QStringLiteral("qt_calendar_nextmonth"));
+    QToolButton* next = toolButtonOf(view.get(), "qt_calendar_nextmonth");
     QTest::mouseClick(next, Qt::LeftButton, Qt::NoModifier, next->rect().center());
     QCOMPARE(calendarOf(view.get())->monthShown(), 3);
     QCOMPARE(month->text(), str("month_mar"));
 
     // Picking a month from the menu turns the page and the name follows.
-    QAction* december = nullptr;
-    for (QAction* action : month->menu()->actions()) {
-        if (action->data().toInt() == 12)
-            december = action;
-    }
-    QVERIFY(december);
     december->trigger();
     QCOMPARE(calendarOf(view.get())->monthShown(), 12);
+    QCOMPARE(month->text(), str("month_dec"));
+
+    // The slot offered for month menus ignores what names no month.
+    QAction nonsense(nullptr);
+    nonsense.setData(13);
+    view->slotMonthTriggered(&nonsense);
+    view->slotMonthTriggered(nullptr);
     QCOMPARE(month->text(), str("month_dec"));
 }
 
@@ -263,20 +263,17 @@ void TestCalendarView::itemViewOperationsAreInert()
     QStandardItemModel model(3, 1);
     view.setModel(&model);
     const QModelIndex index = model.index(1, 0);
-    QCOMPARE(view.visualRect(index), QRect());
     QVERIFY(view.visualRect(index).isNull());
     QCOMPARE(view.indexAt(QPoint(10, 10)), QModelIndex());
     view.scrollTo(index);
     view.setCurrentIndex(index);
     view.keyboardSearch(QStringLiteral("x"));
-    QCOMPARE(view.indexAt(QPoint()), QModelIndex());
     view.setModel(nullptr);
 }
 
 void TestCalendarView::clickingADayEmitsIt()
 {
     auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
     view->setCurrentPage(2024, 2);
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
     QVERIFY(selected.isValid());
@@ -299,7 +296,6 @@ void TestCalendarView::clickingADayEmitsIt()
 void TestCalendarView::doubleClickEmitsMoreThanOnce()
 {
     auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
     view->setCurrentPage(2024, 2);
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
     QSignalSpy activated(calendarOf(view.get()), &QCalendarWidget::activated);
@@ -317,14 +313,19 @@ void TestCalendarView::doubleClickEmitsMoreThanOnce()
 
 void TestCalendarView::enterEmitsTheSelectedDay()
 {
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
+    auto view = shownView(true);
     QCalendarWidget* calendar = calendarOf(view.get());
     calendar->setSelectedDate(QDate(2024, 2, 9));
-    QTableView* grid = dayGridOf(view.get());
-    grid->setFocus();
-    QTRY_VERIFY(grid->hasFocus());
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
+
+    // Tabbing into the grid keeps the selection and picks nothing.
+    toolButtonOf(view.get(), "qt_calendar_yearbutton")->setFocus();
+    QTRY_COMPARE(focusName(), QStringLiteral("qt_calendar_yearbutton"));
+    pressOnFocus(Qt::Key_Tab);
+    QTableView* grid = dayGridOf(view.get());
+    QVERIFY(grid->hasFocus());
+    QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
+    QCOMPARE(selected.count(), 0);
 
     QTest::keyClick(grid, Qt::Key_Return);
     QCOMPARE(selected.count(), 1);
@@ -342,97 +343,63 @@ void TestCalendarView::enterEmitsTheSelectedDay()
 void TestCalendarView::todayButtonSelectsAndEmitsToday()
 {
     auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+    QCalendarWidget* calendar = calendarOf(view.get());
     view->setCurrentPage(2001, 5);
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
-    auto* today = view->findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
+    OrvaButton* today = todayButtonOf(view.get());
     QVERIFY(today && today->isVisible());
     QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.at(0).at(0).toDate(), QDate::currentDate());
-    QCOMPARE(calendarOf(view.get())->selectedDate(), QDate::currentDate());
-    QCOMPARE(calendarOf(view.get())->monthShown(), QDate::currentDate().month());
-}
+    QCOMPARE(calendar->selectedDate(), QDate::currentDate());
+    QCOMPARE(calendar->monthShown(), QDate::currentDate().month());
 
-void TestCalendarView::todayButtonEmitsTodayOutsideTheRange()
-{
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+    // Outside the range, today is still emitted; the calendar keeps to its range.
     const QDate limit = QDate::currentDate().addDays(-40);
     view->setMinimumDate(limit.addYears(-1));
     view->setMaximumDate(limit);
-    QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
-    auto* today = view->findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
     QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
-    QCOMPARE(selected.count(), 1);
-    QCOMPARE(selected.at(0).at(0).toDate(), QDate::currentDate());
-    // The calendar keeps to its range.
-    QCOMPARE(calendarOf(view.get())->selectedDate(), limit);
-    QCOMPARE(calendarOf(view.get())->maximumDate(), limit);
+    QCOMPARE(selected.count(), 2);
+    QCOMPARE(selected.at(1).at(0).toDate(), QDate::currentDate());
+    QCOMPARE(calendar->selectedDate(), limit);
 }
 
-namespace {
-
-QString focusName()
+void TestCalendarView::tabWalksTheCycle_data()
 {
-    QWidget* focus = QApplication::focusWidget();
-    if (!focus)
-        return QStringLiteral("(none)");
-    if (qobject_cast<OrvaCalanderView*>(focus))
-        return QStringLiteral("view");
-    return focus->objectName();
-}
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QStringList>("cycle");
 
-void pressOnFocus(Qt::Key key)
-{
-    QWidget* focus = QApplication::focusWidget();
-    QVERIFY(focus);
-    QTest::keyClick(focus, key);
+    // The year editor is hidden until the year button is clicked, so Tab passes it by.
+    const QStringList forward{QStringLiteral("qt_calendar_prevmonth"),   QStringLiteral("qt_calendar_nextmonth"),
+                              QStringLiteral("qt_calendar_monthbutton"), QStringLiteral("qt_calendar_yearbutton"),
+                              QStringLiteral("qt_calendar_calendarview"), QStringLiteral("qt_calendar_today_button"),
+                              QStringLiteral("view")};
+    QStringList backward(forward.rbegin() + 1, forward.rend());
+    backward << QStringLiteral("view");
+    QTest::newRow("tab") << int(Qt::Key_Tab) << forward;
+    QTest::newRow("backtab") << int(Qt::Key_Backtab) << backward;
 }
-
-} // namespace
 
 void TestCalendarView::tabWalksTheCycle()
 {
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
+    QFETCH(int, key);
+    QFETCH(QStringList, cycle);
+
+    auto view = shownView(true);
     view->setFocus();
     QTRY_COMPARE(focusName(), QStringLiteral("view"));
-
-    // The year editor is hidden until the year button is clicked, so Tab passes it by.
-    const QStringList cycle{QStringLiteral("qt_calendar_prevmonth"),   QStringLiteral("qt_calendar_nextmonth"),
-                            QStringLiteral("qt_calendar_monthbutton"), QStringLiteral("qt_calendar_yearbutton"),
-                            QStringLiteral("qt_calendar_calendarview"), QStringLiteral("qt_calendar_today_button"),
-                            QStringLiteral("view")};
     for (int round = 0; round < 2; ++round) {
         for (const QString& expected : cycle) {
-            pressOnFocus(Qt::Key_Tab);
+            pressOnFocus(Qt::Key(key));
             QCOMPARE(focusName(), expected);
         }
     }
 }
 
-void TestCalendarView::backtabWalksItBackwards()
-{
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
-    view->setFocus();
-    QTRY_COMPARE(focusName(), QStringLiteral("view"));
-    const QStringList cycle{QStringLiteral("qt_calendar_today_button"), QStringLiteral("qt_calendar_calendarview"),
-                            QStringLiteral("qt_calendar_yearbutton"),   QStringLiteral("qt_calendar_monthbutton"),
-                            QStringLiteral("qt_calendar_nextmonth"),    QStringLiteral("qt_calendar_prevmonth"),
-                            QStringLiteral("view")};
-    for (const QString& expected : cycle) {
-        pressOnFocus(Qt::Key_Backtab);
-        QCOMPARE(focusName(), expected);
-    }
-}
-
 void TestCalendarView::tabLeavesTheYearEditorForTheGrid()
 {
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
-    auto* yearButton = view->findChild<QToolButton*>(QStringLiteral("qt_calendar_yearbutton"));
+    auto view = shownView(true);
+    QToolButton* yearButton = toolButtonOf(view.get(), "qt_calendar_yearbutton");
     auto* yearEdit = view->findChild<QSpinBox*>(QStringLiteral("qt_calendar_yearedit"));
     QVERIFY(yearButton && yearEdit);
     QVERIFY(!yearEdit->isVisible());
@@ -440,7 +407,6 @@ void TestCalendarView::tabLeavesTheYearEditorForTheGrid()
     QTest::mouseClick(yearButton, Qt::LeftButton, Qt::NoModifier, yearButton->rect().center());
     QTRY_VERIFY(yearEdit->isVisible());
     QTRY_VERIFY(yearEdit->hasFocus());
-    QCOMPARE(focusName(), QStringLiteral("qt_calendar_yearedit"));
 
     pressOnFocus(Qt::Key_Tab);
     QCOMPARE(focusName(), QStringLiteral("qt_calendar_calendarview"));
@@ -454,79 +420,56 @@ void TestCalendarView::tabLeavesTheYearEditorForTheGrid()
     QCOMPARE(focusName(), QStringLiteral("qt_calendar_yearbutton"));
 }
 
-void TestCalendarView::tabIntoTheGridKeepsTheSelection()
-{
-    auto view = shownView();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
-    QCalendarWidget* calendar = calendarOf(view.get());
-    calendar->setSelectedDate(QDate(2024, 2, 9));
-    QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
-    auto* yearButton = view->findChild<QToolButton*>(QStringLiteral("qt_calendar_yearbutton"));
-    yearButton->setFocus();
-    QTRY_COMPARE(focusName(), QStringLiteral("qt_calendar_yearbutton"));
-    pressOnFocus(Qt::Key_Tab);
-    QCOMPARE(focusName(), QStringLiteral("qt_calendar_calendarview"));
-    QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 9));
-    QTableView* grid = dayGridOf(view.get());
-    QVERIFY(grid->currentIndex().isValid());
-    QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
-    QCOMPARE(selected.count(), 0);
-}
-
-void TestCalendarView::selectorStartsWithThePlaceholder()
+void TestCalendarView::selectorHoldsOneItem()
 {
     OrvaDateSelector selector(QStringLiteral("Pick a date"));
     QCOMPARE(selector.count(), 1);
     QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
-    QVERIFY(selector.itemData(0).canConvert<QDate>());
     QVERIFY(selector.itemData(0).toDate().isNull());
-    QVERIFY(selector.itemIcon(0).isNull());
+    OrvaCalanderView* view = selector.getCalendarView();
+    QVERIFY(view);
+    QCOMPARE(static_cast<QAbstractItemView*>(view), selector.view());
 
-    OrvaCalanderView* calendar = selector.getCalendarView();
-    QVERIFY(calendar);
-    QCOMPARE(static_cast<QAbstractItemView*>(calendar), selector.view());
-    QCOMPARE(calendar->minimumSize(), QSize(TestEnvironment::scaled(280), TestEnvironment::scaled(260)));
-    QCOMPARE(calendar->maximumSize(), QSize(TestEnvironment::scaled(280), TestEnvironment::scaled(260)));
-    QCOMPARE(selector.maximumHeight(), TestEnvironment::scaled(32));
-    QCOMPARE(selector.styleSheet(),
-             getStyleSheet("component.date_selector", false) + getStyleSheet("component.menu", false));
+    // A picked date turns the calendar's page; whatever comes, one item stays.
+    selector.dateSelect(QDate(2024, 2, 9));
+    QCOMPARE(calendarOf(view)->yearShown(), 2024);
+    QCOMPARE(calendarOf(view)->monthShown(), 2);
+    QCOMPARE(toolButtonOf(view, "qt_calendar_monthbutton")->text(), str("month_feb"));
+    const QList<QDate> dates{QDate(2024, 2, 9), QDate(2024, 1, 31), QDate(), QDate(1999, 12, 31),
+                             QDate(2024, 2, 29), QDate(), QDate(2100, 6, 15)};
+    for (const QDate& date : dates) {
+        selector.dateSelect(date);
+        QCOMPARE(selector.count(), 1);
+        QCOMPARE(selector.currentIndex(), 0);
+        QCOMPARE(selector.itemData(0).toDate(), date);
+        QCOMPARE(selector.currentText(),
+                 date.isValid() ? date.toString(QStringLiteral("yyyy-MM-dd")) : QStringLiteral("Pick a date"));
+    }
 
     OrvaDateSelector empty(QString{});
     QCOMPARE(empty.count(), 1);
     QCOMPARE(empty.currentText(), QString());
-}
 
-void TestCalendarView::selectorShowsAPickedDate()
-{
-    OrvaDateSelector selector(QStringLiteral("Pick a date"));
+    // A replaced view deletes the calendar; the selector goes on without it.
+    selector.setView(new QListView);
+    QCOMPARE(selector.getCalendarView(), nullptr);
     selector.dateSelect(QDate(2024, 2, 9));
-    QCOMPARE(selector.count(), 1);
-    QCOMPARE(selector.currentIndex(), 0);
     QCOMPARE(selector.currentText(), QStringLiteral("2024-02-09"));
-    QCOMPARE(selector.itemData(0).toDate(), QDate(2024, 2, 9));
-    QCalendarWidget* calendar = calendarOf(selector.getCalendarView());
-    QCOMPARE(calendar->yearShown(), 2024);
-    QCOMPARE(calendar->monthShown(), 2);
-    QCOMPARE(selector.getCalendarView()->findChild<QToolButton*>(QStringLiteral("qt_calendar_monthbutton"))->text(),
-             str("month_feb"));
+    selector.clearDate();
+    QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
+    QCOMPARE(selector.count(), 1);
 }
 
 void TestCalendarView::invalidDateShowsThePlaceholder()
 {
-    auto window = std::make_unique<QWidget>();
-    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), window.get());
-    selector->move(10, 10);
-    window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    SelectorFixture f;
+    OrvaDateSelector* selector = f.selector;
     selector->dateSelect(QDate(2023, 7, 1));
 
     selector->showPopup();
     QTRY_VERIFY(selector->view()->isVisible());
     selector->dateSelect(QDate());
-    QCOMPARE(selector->count(), 1);
     QCOMPARE(selector->currentText(), QStringLiteral("Pick a date"));
-    QVERIFY(selector->itemData(0).toDate().isNull());
     QVERIFY(selector->view()->isVisible()); // left open
     QCOMPARE(calendarOf(selector->getCalendarView())->monthShown(), 7);
 
@@ -537,19 +480,15 @@ void TestCalendarView::invalidDateShowsThePlaceholder()
 
 void TestCalendarView::pickingADayInThePopupClosesIt()
 {
-    auto window = std::make_unique<QWidget>();
-    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), window.get());
-    selector->move(10, 10);
-    window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    SelectorFixture f;
+    OrvaDateSelector* selector = f.selector;
     selector->getCalendarView()->setCurrentPage(2024, 2);
 
     QTest::mouseClick(selector, Qt::LeftButton, Qt::NoModifier, selector->rect().center());
     QTRY_VERIFY(selector->view()->isVisible());
     // The popup is the calendar at its own size, not a list of one row.
     QWidget* popup = selector->view()->window();
-    QVERIFY(popup != window.get());
+    QVERIFY(popup != f.window.get());
     QVERIFY(popup->width() >= TestEnvironment::scaled(280));
     QVERIFY(popup->height() >= TestEnvironment::scaled(260));
 
@@ -559,12 +498,11 @@ void TestCalendarView::pickingADayInThePopupClosesIt()
     QTRY_VERIFY(!selector->view()->isVisible());
     QCOMPARE(selector->count(), 1);
     QCOMPARE(selector->currentText(), QStringLiteral("2024-02-20"));
-    QCOMPARE(selector->itemData(0).toDate(), QDate(2024, 2, 20));
 
     // The today button inside the popup picks today.
     selector->showPopup();
     QTRY_VERIFY(selector->view()->isVisible());
-    auto* today = selector->getCalendarView()->findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
+    OrvaButton* today = todayButtonOf(selector->getCalendarView());
     QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
     QTRY_VERIFY(!selector->view()->isVisible());
     QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
@@ -572,12 +510,8 @@ void TestCalendarView::pickingADayInThePopupClosesIt()
 
 void TestCalendarView::enterInThePopupPicksTheDay()
 {
-    auto window = std::make_unique<QWidget>();
-    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), window.get());
-    selector->move(10, 10);
-    window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
-    window->show();
-    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    SelectorFixture f(true);
+    OrvaDateSelector* selector = f.selector;
     calendarOf(selector->getCalendarView())->setSelectedDate(QDate(2024, 2, 9));
 
     selector->setFocus();
@@ -601,43 +535,15 @@ void TestCalendarView::clearDateGoesBackToThePlaceholder()
     selector.dateSelect(QDate(2019, 11, 3));
     QCOMPARE(calendar->monthShown(), 11);
 
-    selector.clearDate();
-    QCOMPARE(selector.count(), 1);
-    QCOMPARE(selector.currentIndex(), 0);
-    QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
-    QVERIFY(selector.itemData(0).toDate().isNull());
+    for (int twice = 0; twice < 2; ++twice) {
+        selector.clearDate();
+        QCOMPARE(selector.count(), 1);
+        QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
+        QVERIFY(selector.itemData(0).toDate().isNull());
+    }
     QCOMPARE(calendar->yearShown(), QDate::currentDate().year());
     QCOMPARE(calendar->monthShown(), QDate::currentDate().month());
     QCOMPARE(calendar->selectedDate(), QDate(2019, 11, 3)); // the selection is the calendar's own
-}
-
-void TestCalendarView::selectorNeverHoldsMoreThanOneItem()
-{
-    OrvaDateSelector selector(QStringLiteral("Pick a date"));
-    const QList<QDate> dates{QDate(2024, 1, 31), QDate(), QDate(1999, 12, 31), QDate(2024, 2, 29), QDate(),
-                             QDate(2100, 6, 15)};
-    for (const QDate& date : dates) {
-        selector.dateSelect(date);
-        QCOMPARE(selector.count(), 1);
-        QCOMPARE(selector.currentIndex(), 0);
-        QCOMPARE(selector.currentText(),
-                 date.isValid() ? date.toString(QStringLiteral("yyyy-MM-dd")) : QStringLiteral("Pick a date"));
-    }
-    selector.clearDate();
-    selector.clearDate();
-    QCOMPARE(selector.count(), 1);
-}
-
-void TestCalendarView::selectorSurvivesAReplacedView()
-{
-    OrvaDateSelector selector(QStringLiteral("Pick a date"));
-    selector.setView(new QListView); // the combo box deletes the calendar
-    QCOMPARE(selector.getCalendarView(), nullptr);
-    selector.dateSelect(QDate(2024, 2, 9));
-    QCOMPARE(selector.currentText(), QStringLiteral("2024-02-09"));
-    selector.clearDate();
-    QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
-    QCOMPARE(selector.count(), 1);
 }
 
 ORVACAT_TEST_MAIN(TestCalendarView)
