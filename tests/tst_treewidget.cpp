@@ -102,6 +102,55 @@ ColourCount textColours(const QImage& image, const QRect& logicalRect)
     return count;
 }
 
+/** Adds a plain folder per name, sizes and shows @p tree; the pointer is moved off it. */
+bool showWithFolders(OrvaTreeWidget& tree, const QStringList& names, int width = 300, int height = 200)
+{
+    for (const QString& name : names)
+        tree.addTopLevelItem(folder(name));
+    tree.resize(TestEnvironment::scaled(width), TestEnvironment::scaled(height));
+    tree.show();
+    const bool active = QTest::qWaitForWindowActive(&tree);
+    QCursor::setPos(tree.mapToGlobal(QPoint(tree.width() + 50, tree.height() + 50)));
+    return active;
+}
+
+/** The pointer onto @p pos of the viewport, as a user moves it. */
+void movePointer(QTreeWidget& tree, const QPoint& pos)
+{
+    QCursor::setPos(tree.viewport()->mapToGlobal(pos));
+    QTest::mouseMove(tree.viewport(), pos);
+}
+
+/** A tree drawn by the delegate, which it outlives. */
+struct DelegateTree
+{
+    DelegateTree() { tree.setItemDelegate(&delegate); }
+    ~DelegateTree() { tree.setItemDelegate(nullptr); }
+
+    FileSystemTreeWidgetItem* addEditable(const QString& text)
+    {
+        FileSystemTreeWidgetItem* item = folder(text);
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+        tree.addTopLevelItem(item);
+        return item;
+    }
+
+    /** Starts editing @p item and answers its line editor once it has the focus. */
+    QLineEdit* edit(QTreeWidgetItem* item)
+    {
+        tree.editItem(item, 0);
+        QLineEdit* editor = nullptr;
+        QTest::qWaitFor([&]() {
+            editor = tree.viewport()->findChild<QLineEdit*>();
+            return editor && editor->isVisible() && editor->hasFocus();
+        });
+        return editor && editor->hasFocus() ? editor : nullptr;
+    }
+
+    ItemDelegate delegate;
+    OrvaTreeWidget tree;
+};
+
 } // namespace
 
 class TestTreeWidget : public QObject
@@ -115,17 +164,14 @@ private Q_SLOTS:
     void sortingKeepsHomeFirst_data();
     void sortingKeepsHomeFirst();
     void clickingTheHeaderSortsWithHomeFirst();
-    void homeItemsAreNotLessThanEachOther();
-    void comparingWithAPlainItemThrows();
+    void homeComparisons();
 
-    void selectedRowIsHighlighted();
-    void hoveredRowIsHighlightedUntilThePointerLeaves();
+    void selectedAndHoveredRowsAreHighlighted();
     void nothingIsHighlightedWithoutColours();
     void uncheckableRowsLookDisabledButStaySelectable();
 
     void focusKeepsOrPicksTheCurrentItem();
-    void keyPressesAreReportedAndHandled();
-    void rightClickIsReportedAndSelects();
+    void keysAndRightClicksAreReportedAndHandled();
     void updateScrollAreaBringsDeepItemsIntoView();
 
     void delegateRowHeight();
@@ -184,14 +230,13 @@ void TestTreeWidget::sortingKeepsHomeFirst()
         homeGiven = homeGiven || isHome;
         tree.addTopLevelItem(folder(text, isHome ? QStringLiteral("home") : QStringLiteral("folder")));
     }
-    tree.sortItems(0, Qt::AscendingOrder);
-    QCOMPARE(topLevelTexts(tree), sorted);
+    // Sorting again changes nothing.
+    for (int twice = 0; twice < 2; ++twice) {
+        tree.sortItems(0, Qt::AscendingOrder);
+        QCOMPARE(topLevelTexts(tree), sorted);
+    }
     if (homeGiven)
         QCOMPARE(static_cast<FileSystemTreeWidgetItem*>(tree.topLevelItem(0))->kind, QStringLiteral("home"));
-
-    // Sorting again changes nothing.
-    tree.sortItems(0, Qt::AscendingOrder);
-    QCOMPARE(topLevelTexts(tree), sorted);
 }
 
 void TestTreeWidget::clickingTheHeaderSortsWithHomeFirst()
@@ -201,8 +246,7 @@ void TestTreeWidget::clickingTheHeaderSortsWithHomeFirst()
     tree.addTopLevelItem(folder(QStringLiteral("Home"), QStringLiteral("home")));
     for (const char* name : {"Videos", "Archive", "Downloads"})
         tree.addTopLevelItem(folder(QString::fromLatin1(name)));
-    auto* child = folder(QStringLiteral("b"));
-    tree.topLevelItem(1)->addChild(child);
+    tree.topLevelItem(1)->addChild(folder(QStringLiteral("b")));
     tree.topLevelItem(1)->addChild(folder(QStringLiteral("a")));
     tree.setSortingEnabled(true);
     tree.sortByColumn(0, Qt::DescendingOrder);
@@ -214,14 +258,12 @@ void TestTreeWidget::clickingTheHeaderSortsWithHomeFirst()
     QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
                       QPoint(header->sectionViewportPosition(0) + 10, header->height() / 2));
     QCOMPARE(header->sortIndicatorOrder(), Qt::AscendingOrder);
-    QCOMPARE(topLevelTexts(tree),
-             (QStringList{"Home", "Archive", "Downloads", "Videos"}));
-    QTreeWidgetItem* videos = tree.topLevelItem(3);
-    QCOMPARE(videos->child(0)->text(0), QStringLiteral("a"));
+    QCOMPARE(topLevelTexts(tree), (QStringList{"Home", "Archive", "Downloads", "Videos"}));
+    QCOMPARE(tree.topLevelItem(3)->child(0)->text(0), QStringLiteral("a"));
     tree.hide();
 }
 
-void TestTreeWidget::homeItemsAreNotLessThanEachOther()
+void TestTreeWidget::homeComparisons()
 {
     FileSystemTreeWidgetItem first;
     first.setText(0, QStringLiteral("A"));
@@ -241,77 +283,48 @@ void TestTreeWidget::homeItemsAreNotLessThanEachOther()
     QVERIFY(first < other);
 
     // Case-sensitive: "Home" is an ordinary kind.
-    FileSystemTreeWidgetItem capital;
-    capital.setText(0, QStringLiteral("Z"));
-    capital.kind = QStringLiteral("Home");
-    QVERIFY(first < capital);
-    QVERIFY(!(capital < first));
-}
+    other.kind = QStringLiteral("Home");
+    QVERIFY(first < other);
+    QVERIFY(!(other < first));
 
-void TestTreeWidget::comparingWithAPlainItemThrows()
-{
-    FileSystemTreeWidgetItem item;
     QTreeWidgetItem plain;
-    QVERIFY_EXCEPTION_THROWN(item < plain, std::bad_cast);
+    QVERIFY_EXCEPTION_THROWN(first < plain, std::bad_cast);
 }
 
-void TestTreeWidget::selectedRowIsHighlighted()
+void TestTreeWidget::selectedAndHoveredRowsAreHighlighted()
 {
     OrvaTreeWidget tree;
     prepareForPixels(tree);
-    for (const char* name : {"One", "Two", "Three"})
-        tree.addTopLevelItem(folder(QString::fromLatin1(name)));
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(200));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    QCursor::setPos(tree.mapToGlobal(QPoint(tree.width() + 50, tree.height() + 50)));
-
+    QVERIFY(showWithFolders(tree, {"One", "Two", "Three"}));
+    QTreeWidgetItem* one = tree.topLevelItem(0);
     QTreeWidgetItem* two = tree.topLevelItem(1);
+    QTreeWidgetItem* three = tree.topLevelItem(2);
+
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualItemRect(two).center());
     QVERIFY(two->isSelected());
     // The click left the pointer on the row: move it away again.
     QCursor::setPos(tree.mapToGlobal(QPoint(tree.width() + 50, tree.height() + 50)));
-
-    const QImage image = grabViewport(tree);
+    QImage image = grabViewport(tree);
     QCOMPARE(colourAt(image, emptyPartOf(tree, two)), selectedColor);
-    QCOMPARE(colourAt(image, emptyPartOf(tree, tree.topLevelItem(0))), QColor(Qt::white));
-    QCOMPARE(colourAt(image, emptyPartOf(tree, tree.topLevelItem(2))), QColor(Qt::white));
-
+    QCOMPARE(colourAt(image, emptyPartOf(tree, one)), QColor(Qt::white));
+    QCOMPARE(colourAt(image, emptyPartOf(tree, three)), QColor(Qt::white));
     // The highlight stops short of the right edge and keeps white corners.
     const QRect rect = tree.visualItemRect(two);
     QCOMPARE(colourAt(image, QPoint(tree.viewport()->width() - 1, rect.center().y())), QColor(Qt::white));
-    tree.hide();
-}
-
-void TestTreeWidget::hoveredRowIsHighlightedUntilThePointerLeaves()
-{
-    OrvaTreeWidget tree;
-    prepareForPixels(tree);
-    for (const char* name : {"One", "Two", "Three"})
-        tree.addTopLevelItem(folder(QString::fromLatin1(name)));
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(200));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    QTreeWidgetItem* one = tree.topLevelItem(0);
-    QTreeWidgetItem* three = tree.topLevelItem(2);
-    tree.setCurrentItem(one);
-    QVERIFY(one->isSelected());
 
     // The pointer comes onto the third row.
+    tree.setCurrentItem(one);
     const QPoint overThree = tree.visualItemRect(three).center();
-    QCursor::setPos(tree.viewport()->mapToGlobal(overThree));
-    QTest::mouseMove(tree.viewport(), overThree);
+    movePointer(tree, overThree);
     if (tree.viewport()->mapFromGlobal(QCursor::pos()) != overThree)
         QSKIP("This platform does not let the test place the pointer");
-    QImage image = grabViewport(tree);
+    image = grabViewport(tree);
     QCOMPARE(colourAt(image, emptyPartOf(tree, three)), hoverColor);
     QCOMPARE(colourAt(image, emptyPartOf(tree, one)), selectedColor);
-    QCOMPARE(colourAt(image, emptyPartOf(tree, tree.topLevelItem(1))), QColor(Qt::white));
+    QCOMPARE(colourAt(image, emptyPartOf(tree, two)), QColor(Qt::white));
 
     // Over the selected row: it keeps the selected colour.
-    const QPoint overOne = tree.visualItemRect(one).center();
-    QCursor::setPos(tree.viewport()->mapToGlobal(overOne));
-    QTest::mouseMove(tree.viewport(), overOne);
+    movePointer(tree, tree.visualItemRect(one).center());
     image = grabViewport(tree);
     QCOMPARE(colourAt(image, emptyPartOf(tree, one)), selectedColor);
     QCOMPARE(colourAt(image, emptyPartOf(tree, three)), QColor(Qt::white));
@@ -329,40 +342,30 @@ void TestTreeWidget::nothingIsHighlightedWithoutColours()
     OrvaTreeWidget tree;
     prepareForPixels(tree);
     tree.setBackgroundColor(QColor(), QColor());
-    tree.addTopLevelItem(folder(QStringLiteral("One")));
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(100));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
+    QVERIFY(showWithFolders(tree, {"One"}, 300, 100));
     tree.setCurrentItem(tree.topLevelItem(0));
-    const QImage image = grabViewport(tree);
     // An invalid colour paints as black; only the white border would show.
-    const QColor colour = colourAt(image, emptyPartOf(tree, tree.topLevelItem(0)));
+    const QColor colour = colourAt(grabViewport(tree), emptyPartOf(tree, tree.topLevelItem(0)));
     QVERIFY2(colour != selectedColor && colour != hoverColor, qPrintable(colour.name()));
     tree.hide();
 }
 
 void TestTreeWidget::uncheckableRowsLookDisabledButStaySelectable()
 {
-    OrvaTreeWidget tree;
+    DelegateTree d;
+    OrvaTreeWidget& tree = d.tree;
     prepareForPixels(tree);
-    ItemDelegate delegate;
-    tree.setItemDelegate(&delegate);
     QFont font = tree.font();
     font.setPixelSize(TestEnvironment::scaled(16));
     font.setBold(true);
     tree.setFont(font);
 
-    FileSystemTreeWidgetItem* checkable = folder(QStringLiteral("WWWWWW"));
+    QVERIFY(showWithFolders(tree, {"WWWWWW", "WWWWWW"}, 300, 150));
+    QTreeWidgetItem* checkable = tree.topLevelItem(0);
     checkable->setFlags(checkable->flags() | Qt::ItemIsUserCheckable);
     checkable->setCheckState(0, Qt::Checked);
-    FileSystemTreeWidgetItem* plain = folder(QStringLiteral("WWWWWW"));
+    QTreeWidgetItem* plain = tree.topLevelItem(1);
     plain->setFlags(plain->flags() & ~Qt::ItemIsUserCheckable);
-    tree.addTopLevelItem(checkable);
-    tree.addTopLevelItem(plain);
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(150));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    QCursor::setPos(tree.mapToGlobal(QPoint(tree.width() + 50, tree.height() + 50)));
 
     const QImage image = grabViewport(tree);
     const ColourCount checkableText = textColours(image, tree.visualItemRect(checkable));
@@ -373,12 +376,10 @@ void TestTreeWidget::uncheckableRowsLookDisabledButStaySelectable()
     QCOMPARE(plainText.dark, 0);
 
     // The disabled look is only a look: the row is enabled and selectable.
-    QVERIFY(plain->flags() & Qt::ItemIsEnabled);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualItemRect(plain).center());
     QVERIFY(plain->isSelected());
     QCOMPARE(tree.currentItem(), plain);
     tree.hide();
-    tree.setItemDelegate(nullptr);
 }
 
 void TestTreeWidget::focusKeepsOrPicksTheCurrentItem()
@@ -396,6 +397,13 @@ void TestTreeWidget::focusKeepsOrPicksTheCurrentItem()
     QList<QTreeWidgetItem*> changed;
     connect(tree, &QTreeWidget::currentItemChanged, tree,
             [&changed](QTreeWidgetItem* current) { changed << current; });
+    auto tabBackIn = [&]() {
+        QTest::keyClick(tree, Qt::Key_Backtab);
+        QTRY_VERIFY(before->hasFocus());
+        changed.clear();
+        QTest::keyClick(before, Qt::Key_Tab);
+        QTRY_VERIFY(tree->hasFocus());
+    };
 
     // Empty tree: tabbing in sets no current item.
     before->setFocus();
@@ -409,20 +417,13 @@ void TestTreeWidget::focusKeepsOrPicksTheCurrentItem()
     for (const char* name : {"One", "Two", "Three"})
         tree->addTopLevelItem(folder(QString::fromLatin1(name)));
     tree->setCurrentItem(nullptr);
-    QTest::keyClick(tree, Qt::Key_Backtab);
-    QTRY_VERIFY(before->hasFocus());
-    QTest::keyClick(before, Qt::Key_Tab);
-    QTRY_VERIFY(tree->hasFocus());
+    tabBackIn();
     QCOMPARE(tree->currentItem(), tree->topLevelItem(0));
 
     // A current item stays current, announced again.
     QTreeWidgetItem* three = tree->topLevelItem(2);
     tree->setCurrentItem(three);
-    QTest::keyClick(tree, Qt::Key_Backtab);
-    QTRY_VERIFY(before->hasFocus());
-    changed.clear();
-    QTest::keyClick(before, Qt::Key_Tab);
-    QTRY_VERIFY(tree->hasFocus());
+    tabBackIn();
     QCOMPARE(tree->currentItem(), three);
     QVERIFY(three->isSelected());
     QVERIFY(changed.count() >= 1);
@@ -430,16 +431,14 @@ void TestTreeWidget::focusKeepsOrPicksTheCurrentItem()
     window.hide();
 }
 
-void TestTreeWidget::keyPressesAreReportedAndHandled()
+void TestTreeWidget::keysAndRightClicksAreReportedAndHandled()
 {
     OrvaTreeWidget tree;
-    for (const char* name : {"One", "Two", "Three"})
-        tree.addTopLevelItem(folder(QString::fromLatin1(name)));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
+    QVERIFY(showWithFolders(tree, {"One", "Two", "Three"}));
     tree.setCurrentItem(tree.topLevelItem(0));
     QSignalSpy keys(&tree, &OrvaTreeWidget::sigKeyPressEvent);
-    QVERIFY(keys.isValid());
+    QSignalSpy rightClicks(&tree, &OrvaTreeWidget::sigMouseRightClickEvent);
+    QVERIFY(keys.isValid() && rightClicks.isValid());
 
     QTest::keyClick(&tree, Qt::Key_Down);
     QCOMPARE(keys.count(), 1);
@@ -447,30 +446,16 @@ void TestTreeWidget::keyPressesAreReportedAndHandled()
     QTest::keyClick(&tree, Qt::Key_End);
     QCOMPARE(keys.count(), 2);
     QCOMPARE(tree.currentItem(), tree.topLevelItem(2));
-    tree.hide();
-}
 
-void TestTreeWidget::rightClickIsReportedAndSelects()
-{
-    OrvaTreeWidget tree;
-    for (const char* name : {"One", "Two", "Three"})
-        tree.addTopLevelItem(folder(QString::fromLatin1(name)));
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(200));
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    tree.setCurrentItem(tree.topLevelItem(0));
-    QSignalSpy rightClicks(&tree, &OrvaTreeWidget::sigMouseRightClickEvent);
-    QVERIFY(rightClicks.isValid());
-
-    QTreeWidgetItem* three = tree.topLevelItem(2);
-    QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::NoModifier, tree.visualItemRect(three).center());
+    QTreeWidgetItem* one = tree.topLevelItem(0);
+    QTest::mouseClick(tree.viewport(), Qt::RightButton, Qt::NoModifier, tree.visualItemRect(one).center());
     QCOMPARE(rightClicks.count(), 1);
-    QVERIFY(three->isSelected());
-
+    QVERIFY(one->isSelected());
     QTreeWidgetItem* two = tree.topLevelItem(1);
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualItemRect(two).center());
     QCOMPARE(rightClicks.count(), 1);
     QVERIFY(two->isSelected());
+    QCOMPARE(keys.count(), 2);
     tree.hide();
 }
 
@@ -529,21 +514,10 @@ void TestTreeWidget::updateScrollAreaBringsDeepItemsIntoView()
 
 void TestTreeWidget::delegateRowHeight()
 {
-    ItemDelegate delegate;
-    OrvaTreeWidget tree;
-    tree.setItemDelegate(&delegate);
-    tree.addTopLevelItem(folder(QStringLiteral("Some folder with a long name")));
-    QStyleOptionViewItem option;
-    option.initFrom(&tree);
-    const QModelIndex index = tree.model()->index(0, 0);
-    const QSize hint = delegate.sizeHint(option, index);
-    QCOMPARE(hint.height(), TestEnvironment::scaled(28));
-    QVERIFY(hint.width() > 0);
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    QCOMPARE(tree.visualItemRect(tree.topLevelItem(0)).height(), TestEnvironment::scaled(28));
-    tree.hide();
-    tree.setItemDelegate(nullptr);
+    DelegateTree d;
+    QVERIFY(showWithFolders(d.tree, {"Some folder with a long name"}));
+    QCOMPARE(d.tree.visualItemRect(d.tree.topLevelItem(0)).height(), TestEnvironment::scaled(28));
+    d.tree.hide();
 }
 
 void TestTreeWidget::renameAcceptsOnlyFileNames_data()
@@ -568,23 +542,12 @@ void TestTreeWidget::renameAcceptsOnlyFileNames()
     QFETCH(QString, typed);
     QFETCH(QString, result);
 
-    ItemDelegate delegate;
-    OrvaTreeWidget tree;
-    tree.setItemDelegate(&delegate);
-    FileSystemTreeWidgetItem* item = folder(QStringLiteral("Old name"));
-    item->setFlags(item->flags() | Qt::ItemIsEditable);
-    tree.addTopLevelItem(item);
-    tree.addTopLevelItem(folder(QStringLiteral("Other")));
-    tree.show();
-    QApplication::setActiveWindow(&tree);
-    QVERIFY(QTest::qWaitForWindowActive(&tree));
-
-    tree.editItem(item, 0);
-    QLineEdit* editor = nullptr;
-    QTRY_VERIFY((editor = tree.viewport()->findChild<QLineEdit*>()) && editor->isVisible());
-    QVERIFY(editor->validator());
+    DelegateTree d;
+    FileSystemTreeWidgetItem* item = d.addEditable(QStringLiteral("Old name"));
+    QVERIFY(showWithFolders(d.tree, {"Other"}));
+    QLineEdit* editor = d.edit(item);
+    QVERIFY(editor);
     QCOMPARE(editor->text(), QStringLiteral("Old name"));
-    QTRY_VERIFY(editor->hasFocus());
 
     // The user clears the name and types a new one.
     QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
@@ -595,94 +558,69 @@ void TestTreeWidget::renameAcceptsOnlyFileNames()
 
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(item->text(0), result);
-    tree.hide();
-    tree.setItemDelegate(nullptr);
+    d.tree.hide();
 }
 
 void TestTreeWidget::escapeInTheEditorIsReportedAndCancels()
 {
-    ItemDelegate delegate;
-    OrvaTreeWidget tree;
-    tree.setItemDelegate(&delegate);
-    FileSystemTreeWidgetItem* item = folder(QStringLiteral("Keep me"));
-    item->setFlags(item->flags() | Qt::ItemIsEditable);
-    tree.addTopLevelItem(item);
-    tree.show();
-    QApplication::setActiveWindow(&tree);
-    QVERIFY(QTest::qWaitForWindowActive(&tree));
-    QSignalSpy escapes(&delegate, &ItemDelegate::sigKeyPressed);
+    DelegateTree d;
+    FileSystemTreeWidgetItem* item = d.addEditable(QStringLiteral("Keep me"));
+    QVERIFY(showWithFolders(d.tree, {}));
+    QSignalSpy escapes(&d.delegate, &ItemDelegate::sigKeyPressed);
     QVERIFY(escapes.isValid());
 
-    tree.editItem(item, 0);
-    QPointer<QLineEdit> editor;
-    QTRY_VERIFY((editor = tree.viewport()->findChild<QLineEdit*>()) && editor->hasFocus());
+    QPointer<QLineEdit> editor = d.edit(item);
+    QVERIFY(editor);
     QTest::keyClicks(editor, QStringLiteral("changed"));
     QTest::keyClick(editor, Qt::Key_Return, Qt::NoModifier);
     QCOMPARE(escapes.count(), 0);
     QTRY_COMPARE(item->text(0), QStringLiteral("changed"));
 
-    tree.editItem(item, 0);
-    QTRY_VERIFY((editor = tree.viewport()->findChild<QLineEdit*>()) && editor->isVisible() && editor->hasFocus());
+    editor = d.edit(item);
+    QVERIFY(editor);
     QTest::keyClicks(editor, QStringLiteral("thrown away"));
     QTest::keyClick(editor, Qt::Key_Escape);
     QCOMPARE(escapes.count(), 1);
     QTRY_VERIFY(!editor || !editor->isVisible());
     QCOMPARE(item->text(0), QStringLiteral("changed"));
-    tree.hide();
-    tree.setItemDelegate(nullptr);
+    d.tree.hide();
 }
 
 void TestTreeWidget::nonTextEditorsGetNoValidator()
 {
-    ItemDelegate delegate;
-    OrvaTreeWidget tree;
-    tree.setItemDelegate(&delegate);
-    auto* item = folder(QString());
+    DelegateTree d;
+    FileSystemTreeWidgetItem* item = d.addEditable(QString());
     item->setData(0, Qt::EditRole, 42);
-    item->setFlags(item->flags() | Qt::ItemIsEditable);
-    tree.addTopLevelItem(item);
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
-    tree.editItem(item, 0);
+    QVERIFY(showWithFolders(d.tree, {}));
+    d.tree.editItem(item, 0);
     QSpinBox* editor = nullptr;
-    QTRY_VERIFY((editor = tree.viewport()->findChild<QSpinBox*>()) != nullptr);
+    QTRY_VERIFY((editor = d.tree.viewport()->findChild<QSpinBox*>()) != nullptr);
     QCOMPARE(editor->value(), 42);
 
     // Setting data on no editor at all is harmless.
-    delegate.setEditorData(nullptr, QModelIndex());
-    tree.hide();
-    tree.setItemDelegate(nullptr);
+    d.delegate.setEditorData(nullptr, QModelIndex());
+    d.tree.hide();
 }
 
 void TestTreeWidget::drawnCheckBoxIsRecordedForHitTests()
 {
-    ItemDelegate delegate;
-    OrvaTreeWidget tree;
-    tree.setItemDelegate(&delegate);
+    DelegateTree d;
+    OrvaTreeWidget& tree = d.tree;
     tree.setHeaderHidden(true);
-    tree.addTopLevelItem(folder(QStringLiteral("Plain")));
     FileSystemTreeWidgetItem* item = folder(QStringLiteral("Checkable"));
     item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
     item->setCheckState(0, Qt::Unchecked);
-    tree.addTopLevelItem(item);
-    tree.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(200));
-
     g_check_rect = QRect();
-    tree.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree));
+    QVERIFY(showWithFolders(tree, {"Plain"}));
+    tree.addTopLevelItem(item);
     tree.viewport()->grab();
     QVERIFY(!g_check_rect.isNull());
-    const QRect row = tree.visualItemRect(item);
-    QVERIFY2(row.contains(g_check_rect), qPrintable(QStringLiteral("%1,%2 %3x%4").arg(g_check_rect.x())
-                                                         .arg(g_check_rect.y()).arg(g_check_rect.width())
-                                                         .arg(g_check_rect.height())));
+    QVERIFY(tree.visualItemRect(item).contains(g_check_rect));
 
     // A host hit-tests a click against it.
-    const QPoint click = g_check_rect.center();
-    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, click);
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, g_check_rect.center());
     QCOMPARE(item->checkState(0), Qt::Checked);
     tree.hide();
-    tree.setItemDelegate(nullptr);
 }
 
 ORVACAT_TEST_MAIN(TestTreeWidget)
