@@ -42,6 +42,16 @@ QToolButton* changeFolderButton(OrvaButtonPath& bar)
     return bar.findChild<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+/** Shows @p bar at @p width (unscaled); false when it did not show. */
+bool showAt(OrvaButtonPath& bar, int width, bool active = false)
+{
+    bar.resize(TestEnvironment::scaled(width), bar.height());
+    bar.show();
+    return active ? QTest::qWaitForWindowActive(&bar) : QTest::qWaitForWindowExposed(&bar);
+}
+
+const QString longPath = QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta");
+
 } // namespace
 
 class TestButtonPath : public QObject
@@ -61,7 +71,6 @@ private Q_SLOTS:
     void hostRefreshingFromTheClickIsSafe();
     void longPathOverflowsIntoTheMenu();
     void choosingAMenuEntryActsLikeItsButton();
-    void shortPathAfterLongOneHidesTheMenu();
 };
 
 void TestButtonPath::initTestCase()
@@ -98,9 +107,7 @@ void TestButtonPath::buildsOneColumnPerElement()
     QFETCH(QString, lastPath);
 
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(800), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(showAt(bar, 800));
     // Start from another path: a refresh must leave nothing of it.
     bar.refresh(QStringLiteral("/old/path/with/four"));
     bar.refresh(path);
@@ -122,9 +129,7 @@ void TestButtonPath::buildsOneColumnPerElement()
 void TestButtonPath::columnWidthsFollowTheText()
 {
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(900), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(showAt(bar, 900));
     bar.refresh(QStringLiteral("/i/Wide element name/R&D"));
     QCOMPARE(bar.columnCount(), 5);
     QCOMPARE(bar.height(), TestEnvironment::scaled(28));
@@ -166,9 +171,7 @@ void TestButtonPath::clickingAnElementEmitsThePathUpToIt()
     QFETCH(QString, emitted);
 
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(800), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(showAt(bar, 800));
     bar.refresh(path);
     QSignalSpy spy(&bar, &OrvaButtonPath::sigUpdatePath);
     QVERIFY(spy.isValid());
@@ -212,9 +215,7 @@ void TestButtonPath::getPathOfOddColumns()
 void TestButtonPath::hostRefreshingFromTheClickIsSafe()
 {
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(800), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(showAt(bar, 800));
     // A host that goes to the folder at once, leading slash added.
     connect(&bar, &OrvaButtonPath::sigUpdatePath, &bar,
             [&bar](const QString& path) { bar.slotUpdatePath(QLatin1Char('/') + path); });
@@ -234,9 +235,7 @@ void TestButtonPath::hostRefreshingFromTheClickIsSafe()
 void TestButtonPath::longPathOverflowsIntoTheMenu()
 {
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(260), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(showAt(bar, 260));
     const QString path = QStringLiteral("/home/ada/Projects/R&D/2026/Quarterly reports/Drafts/Final");
     bar.refresh(path);
 
@@ -286,11 +285,8 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
 void TestButtonPath::choosingAMenuEntryActsLikeItsButton()
 {
     OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(200), bar.height());
-    bar.show();
-    QApplication::setActiveWindow(&bar);
-    QVERIFY(QTest::qWaitForWindowActive(&bar));
-    bar.refresh(QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta"));
+    QVERIFY(showAt(bar, 200, true));
+    bar.refresh(longPath);
     QToolButton* change = changeFolderButton(bar);
     QVERIFY(change->isVisible());
     const QList<QAction*> actions = change->menu()->actions();
@@ -321,22 +317,12 @@ void TestButtonPath::choosingAMenuEntryActsLikeItsButton()
     QTRY_VERIFY(!QApplication::activePopupWidget());
     watchdog.stop();
 
-    bar.slotUpdatePath(QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta"));
+    bar.slotUpdatePath(longPath);
     changeFolderButton(bar)->menu()->actions().first()->trigger();
     QCOMPARE(spy.count(), 2);
     QCOMPARE(spy.at(1).at(0).toString(), QStringLiteral("alpha"));
-    bar.hide();
-}
 
-void TestButtonPath::shortPathAfterLongOneHidesTheMenu()
-{
-    OrvaButtonPath bar;
-    bar.resize(TestEnvironment::scaled(200), bar.height());
-    bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
-    bar.refresh(QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta"));
-    QVERIFY(changeFolderButton(bar)->isVisible());
-
+    // A short path after the long one hides the menu button and empties its menu.
     bar.slotUpdatePath(QStringLiteral("/alpha"));
     QVERIFY(!changeFolderButton(bar)->isVisible());
     QVERIFY(changeFolderButton(bar)->menu()->actions().isEmpty());
@@ -344,11 +330,11 @@ void TestButtonPath::shortPathAfterLongOneHidesTheMenu()
 
     // The overflow decision is taken at refresh: a bar widened later keeps it until the next one.
     bar.resize(TestEnvironment::scaled(100), bar.height());
-    bar.slotUpdatePath(QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta"));
+    bar.slotUpdatePath(longPath);
     QVERIFY(changeFolderButton(bar)->isVisible());
     bar.resize(TestEnvironment::scaled(3000), bar.height());
     QVERIFY(changeFolderButton(bar)->isVisible());
-    bar.refresh(QStringLiteral("/alpha/beta/gamma/delta/epsilon/zeta/eta"));
+    bar.refresh(longPath);
     QVERIFY(!changeFolderButton(bar)->isVisible());
     bar.hide();
 }
