@@ -13,6 +13,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <limits>
 
 namespace ModalRun {
 
@@ -50,6 +51,33 @@ public:
 private:
     QTimer m_timer;
 };
+
+/** What run() answers when the watchdog had to end the run. */
+constexpr int watchdogFired = std::numeric_limits<int>::min();
+
+/**
+ * Starts a run through @p start with @p action queued into its loop and a
+ * watchdog that calls @p end; answers the run's result, or watchdogFired.
+ */
+inline int run(const std::function<int()>& start, std::function<void()> action, std::function<void()> end)
+{
+    if (action)
+        whenRunning(std::move(action));
+    Watchdog watchdog(std::move(end));
+    const int result = start();
+    return watchdog.fired ? watchdogFired : result;
+}
+
+/** run() for anything with exec() and quit(); the watchdog leaves one that is gone alone. */
+template <typename Sheet>
+int runSheet(Sheet* sheet, std::function<void()> action = {})
+{
+    QPointer<Sheet> guard(sheet);
+    return run([sheet]() { return sheet->exec(); }, std::move(action), [guard]() {
+        if (guard)
+            guard->quit();
+    });
+}
 
 /** The widget that a key press from the user reaches: the focus widget, else @p fallback. */
 inline QWidget* keyTarget(QWidget* fallback)

@@ -53,14 +53,11 @@ private Q_SLOTS:
     void widthFollowsParent();
     void literalWidthsAtFactorOne();
     void emptyPromptStillLaysOut();
-    void returnInEditGivesText_data();
-    void returnInEditGivesText();
-    void escapeCancels();
-    void clickingButtonsAnswers();
+    void userAnswers_data();
+    void userAnswers();
     void tabIsSwallowedAtWindow();
     void windowCannotBeClosedWhileBlocking();
     void showSheetFocusesEditAndKeysWork();
-    void editKeepsTextBetweenRuns();
     void doneTwiceAndExecTwice();
     void parentDestroyedDuringRun();
 
@@ -93,7 +90,6 @@ void TestInputSheet::buildsPromptEditAndButtons()
              QStringLiteral("<p style='line-height: %1px;'>Folder name</p>").arg(TestEnvironment::scaled(20)));
     QVERIFY(promptLabel(&sheet)->wordWrap());
     QLineEdit* edit = sheet.getLineEdit();
-    QVERIFY(edit);
     QCOMPARE(edit->height(), TestEnvironment::scaled(28));
     QCOMPARE(edit->styleSheet(), getStyleSheet("component.lineedit", false));
     QCOMPARE(sheet.styleSheet(), getStyleSheet("component.message_sheet_other", false));
@@ -106,10 +102,6 @@ void TestInputSheet::buildsPromptEditAndButtons()
     QCOMPARE(ok->styleSheet(), getStyleSheet("component.apply_button", false));
     QCOMPARE(cancel->text(), ComponentStrings::getInstance()->getString(QStringLiteral("cancel")));
     QCOMPARE(cancel->styleSheet(), getStyleSheet("component.cancel_button", false));
-    QVERIFY(sheet.isHidden());
-
-    edit->setText(QStringLiteral("abc"));
-    QCOMPARE(sheet.getContent(), QStringLiteral("abc"));
 }
 
 void TestInputSheet::widthFollowsParent_data()
@@ -129,8 +121,6 @@ void TestInputSheet::widthFollowsParent()
     OrvaInputSheet sheet(QStringLiteral("Name"), &parent);
     QCOMPARE(sheet.width(), expectedInputWidth(parent.width()));
     QCOMPARE(sheet.minimumWidth(), sheet.maximumWidth());
-    QCOMPARE(sheet.sizePolicy().horizontalPolicy(), QSizePolicy::Fixed);
-    QCOMPARE(sheet.sizePolicy().verticalPolicy(), QSizePolicy::Maximum);
 }
 
 void TestInputSheet::literalWidthsAtFactorOne()
@@ -162,63 +152,44 @@ void TestInputSheet::emptyPromptStillLaysOut()
     sheet.quit();
 }
 
-void TestInputSheet::returnInEditGivesText_data()
+void TestInputSheet::userAnswers_data()
 {
+    // The user types into the focused edit, then ends with a key or a click.
     QTest::addColumn<int>("key");
-    QTest::newRow("return") << int(Qt::Key_Return);
-    QTest::newRow("enter") << int(Qt::Key_Enter);
+    QTest::addColumn<int>("click");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("return") << int(Qt::Key_Return) << 0 << Ok;
+    QTest::newRow("enter") << int(Qt::Key_Enter) << 0 << Ok;
+    QTest::newRow("escape") << int(Qt::Key_Escape) << 0 << Cancel;
+    QTest::newRow("click ok") << 0 << Ok << Ok;
+    QTest::newRow("click cancel") << 0 << Cancel << Cancel;
 }
 
-void TestInputSheet::returnInEditGivesText()
+void TestInputSheet::userAnswers()
 {
     QFETCH(int, key);
+    QFETCH(int, click);
+    QFETCH(int, expected);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowActive(m_window));
     auto* sheet = static_cast<OrvaInputSheet*>(
         OrvaMask::createMask(new OrvaInputSheet(QStringLiteral("New name"), m_window), m_window, QColor(0, 0, 0, 20)));
     QSignalSpy finished(sheet, &OrvaSheet::finished);
     QWidget* focusDuringRun = nullptr;
-    whenRunning([&]() {
-        focusDuringRun = QApplication::focusWidget();
-        QTest::keyClicks(keyTarget(m_window), QStringLiteral("Report 2"));
-        press(m_window, Qt::Key(key));
-    });
-    Watchdog watchdog([&]() { sheet->quit(); });
-    QCOMPARE(sheet->exec(), Ok);
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(runSheet(sheet, [&]() {
+                 focusDuringRun = QApplication::focusWidget();
+                 QTest::keyClicks(keyTarget(m_window), QStringLiteral("Report 2"));
+                 if (key)
+                     press(m_window, Qt::Key(key));
+                 else
+                     QTest::mouseClick(sheet->button(QMessageBox::StandardButton(click)), Qt::LeftButton);
+             }),
+             expected);
     QCOMPARE(focusDuringRun, static_cast<QWidget*>(sheet->getLineEdit()));
     QCOMPARE(sheet->getContent(), QStringLiteral("Report 2"));
     QCOMPARE(finished.count(), 1);
-    QCOMPARE(finished.at(0).at(0).toInt(), Ok);
+    QCOMPARE(finished.at(0).at(0).toInt(), expected);
     QVERIFY(!sheet->isVisible());
-}
-
-void TestInputSheet::escapeCancels()
-{
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window));
-    OrvaInputSheet sheet(QStringLiteral("Name"), m_window);
-    whenRunning([&]() {
-        QTest::keyClicks(keyTarget(m_window), QStringLiteral("x"));
-        press(m_window, Qt::Key_Escape);
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), Cancel);
-    QVERIFY(!watchdog.fired);
-    QCOMPARE(sheet.getContent(), QStringLiteral("x"));
-}
-
-void TestInputSheet::clickingButtonsAnswers()
-{
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    OrvaInputSheet sheet(QStringLiteral("Name"), m_window);
-    whenRunning([&]() { QTest::mouseClick(sheet.button(QMessageBox::Discard), Qt::LeftButton); });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), Cancel);
-    whenRunning([&]() { QTest::mouseClick(sheet.button(QMessageBox::Ok), Qt::LeftButton); });
-    QCOMPARE(sheet.exec(), Ok);
-    QVERIFY(!watchdog.fired);
 }
 
 void TestInputSheet::tabIsSwallowedAtWindow()
@@ -230,16 +201,14 @@ void TestInputSheet::tabIsSwallowedAtWindow()
     OrvaInputSheet sheet(QStringLiteral("Name"), m_window);
     QWidget* focusAfterTab = nullptr;
     bool upAfterKeys = false;
-    whenRunning([&]() {
-        QTest::keyClick(m_window, Qt::Key_Tab);
-        QTest::keyClick(m_window, Qt::Key_A);
-        focusAfterTab = QApplication::focusWidget();
-        upAfterKeys = sheet.isVisible();
-        QTest::keyClick(m_window, Qt::Key_Space);
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), Ok);
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(runSheet(&sheet, [&]() {
+                 QTest::keyClick(m_window, Qt::Key_Tab);
+                 QTest::keyClick(m_window, Qt::Key_A);
+                 focusAfterTab = QApplication::focusWidget();
+                 upAfterKeys = sheet.isVisible();
+                 QTest::keyClick(m_window, Qt::Key_Space);
+             }),
+             Ok);
     QVERIFY(upAfterKeys);
     QCOMPARE(focusAfterTab, static_cast<QWidget*>(sheet.getLineEdit()));
     QCOMPARE(sheet.getContent(), QString());
@@ -251,23 +220,17 @@ void TestInputSheet::windowCannotBeClosedWhileBlocking()
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
     OrvaInputSheet sheet(QStringLiteral("Name"), m_window);
     bool closeAccepted = true;
-    whenRunning([&]() {
+    const auto tryClose = [&]() {
         closeAccepted = m_window->close();
         sheet.quit();
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), 0);
-    QVERIFY(!watchdog.fired);
+    };
+    QCOMPARE(runSheet(&sheet, tryClose), 0);
     QVERIFY(!closeAccepted);
     QVERIFY(m_window->close());
 
     m_window->show();
     sheet.setBlockWindowButton(false);
-    whenRunning([&]() {
-        closeAccepted = m_window->close();
-        sheet.quit();
-    });
-    QCOMPARE(sheet.exec(), 0);
+    QCOMPARE(runSheet(&sheet, tryClose), 0);
     QVERIFY(closeAccepted);
 }
 
@@ -285,28 +248,15 @@ void TestInputSheet::showSheetFocusesEditAndKeysWork()
     QCOMPARE(finished.count(), 1);
     QCOMPARE(finished.at(0).at(0).toInt(), Ok);
     QVERIFY(!sheet.isVisible());
-    QCOMPARE(sheet.getContent(), QStringLiteral("hi"));
-}
 
-void TestInputSheet::editKeepsTextBetweenRuns()
-{
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window));
-    OrvaInputSheet sheet(QStringLiteral("Name"), m_window);
-    whenRunning([&]() {
-        QTest::keyClicks(keyTarget(m_window), QStringLiteral("one"));
-        press(m_window, Qt::Key_Return);
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), Ok);
+    // The edit keeps its text into the next run.
     QString seenOnSecondRun;
-    whenRunning([&]() {
-        seenOnSecondRun = sheet.getContent();
-        press(m_window, Qt::Key_Escape);
-    });
-    QCOMPARE(sheet.exec(), Cancel);
-    QVERIFY(!watchdog.fired);
-    QCOMPARE(seenOnSecondRun, QStringLiteral("one"));
+    QCOMPARE(runSheet(&sheet, [&]() {
+                 seenOnSecondRun = sheet.getContent();
+                 press(m_window, Qt::Key_Escape);
+             }),
+             Cancel);
+    QCOMPARE(seenOnSecondRun, QStringLiteral("hi"));
 }
 
 void TestInputSheet::doneTwiceAndExecTwice()
@@ -316,14 +266,12 @@ void TestInputSheet::doneTwiceAndExecTwice()
     QSignalSpy finished(&sheet, &OrvaSheet::finished);
     int inner = -1;
     WarningCollector warnings;
-    whenRunning([&]() {
-        inner = sheet.exec();
-        sheet.done(Cancel);
-        sheet.done(Ok);
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), Cancel);
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(runSheet(&sheet, [&]() {
+                 inner = sheet.exec();
+                 sheet.done(Cancel);
+                 sheet.done(Ok);
+             }),
+             Cancel);
     QCOMPARE(inner, 0);
     QCOMPARE(warnings.count(), 1);
     QCOMPARE(finished.count(), 1);
@@ -334,16 +282,9 @@ void TestInputSheet::parentDestroyedDuringRun()
     auto* window = new QWidget;
     window->resize(TestEnvironment::scaled(600), TestEnvironment::scaled(400));
     window->show();
-    auto* sheet = new OrvaInputSheet(QStringLiteral("Name"), window);
-    QPointer<OrvaInputSheet> guard(sheet);
-    whenRunning([window]() { delete window; });
-    Watchdog watchdog([&]() {
-        if (guard)
-            guard->quit();
-    });
-    QCOMPARE(sheet->exec(), 0);
-    QVERIFY(!watchdog.fired);
-    QVERIFY(guard.isNull());
+    QPointer<OrvaInputSheet> sheet = new OrvaInputSheet(QStringLiteral("Name"), window);
+    QCOMPARE(runSheet(sheet.data(), [window]() { delete window; }), 0);
+    QVERIFY(sheet.isNull());
 }
 
 ORVACAT_TEST_MAIN(TestInputSheet)

@@ -19,9 +19,37 @@ using namespace ModalRun;
 
 namespace {
 
+constexpr int Ok = QMessageBox::Ok;
+constexpr int SheetCancel = 8388608;
+constexpr int BoxCancel = 4194304;
+/** What the test reports for the helpers that answer nothing. */
+constexpr int NoAnswer = -1;
+
 QString caption(const char* key)
 {
     return ComponentStrings::getInstance()->getString(QString::fromLatin1(key));
+}
+
+/** The helpers, one row each. */
+enum Helper { Confirm, ConfirmReplace, ConfirmBothCaptions, Info, Warning, WarningDetails, Upgrading };
+
+const QString title = QStringLiteral("Heads up");
+const QString message = QStringLiteral("Something happened");
+const QString details = QStringLiteral("Details here");
+
+int callHelper(int helper, QWidget* parent)
+{
+    switch (helper) {
+    case Confirm: return showConfirmMsg(title, message, parent);
+    case ConfirmReplace: return showConfirmMsgCustomBtn(title, message, {QStringLiteral("Replace"), QString()}, parent);
+    case ConfirmBothCaptions:
+        return showConfirmMsgCustomBtn(title, message, {QStringLiteral("Yes, go"), QStringLiteral("No, stay")}, parent);
+    case Info: showInfoMsg(title, message, parent); break;
+    case Warning: showWarningMsg(title, message, parent); break;
+    case WarningDetails: showWarningMsg(title, message, details, parent); break;
+    default: showUpgradingMsg(title, message, parent); break;
+    }
+    return NoAnswer;
 }
 
 /** The sheet that a helper put into @p window, or null. */
@@ -38,7 +66,6 @@ OrvaMessageSheet* runningSheet(QWidget* window)
 /** What a test saw of a sheet while its helper ran. */
 struct SheetSeen
 {
-    bool found = false;
     QStringList buttons;
     QString text;
     bool maskCoversWindow = false;
@@ -52,11 +79,10 @@ SheetSeen look(QWidget* window)
     OrvaMessageSheet* sheet = runningSheet(window);
     if (!sheet)
         return seen;
-    seen.found = true;
-    if (QPushButton* ok = sheet->button(QMessageBox::Ok))
-        seen.buttons << ok->text();
-    if (QPushButton* cancel = sheet->button(QMessageBox::Discard))
-        seen.buttons << cancel->text();
+    for (QMessageBox::StandardButton which : {QMessageBox::Ok, QMessageBox::Discard}) {
+        if (QPushButton* button = sheet->button(which))
+            seen.buttons << button->text();
+    }
     const QList<QLabel*> labels = sheet->findChildren<QLabel*>();
     for (QLabel* label : labels) {
         if (qstrcmp(label->metaObject()->className(), "MessageLabel") == 0)
@@ -70,58 +96,9 @@ SheetSeen look(QWidget* window)
     return seen;
 }
 
-/** What a test saw of the box a parentless helper opened. */
-struct BoxSeen
-{
-    bool found = false;
-    QString title;
-    QString text;
-    QString informativeText;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
-    QString styleSheet;
-    QString okText;
-    QString okStyle;
-    QString cancelText;
-    QString cancelStyle;
-};
-
-BoxSeen lookAtBox(QMessageBox* box)
-{
-    BoxSeen seen;
-    if (!box)
-        return seen;
-    seen.found = true;
-    seen.title = box->windowTitle();
-    seen.text = box->text();
-    seen.informativeText = box->informativeText();
-    seen.icon = box->icon();
-    seen.buttons = box->standardButtons();
-    seen.styleSheet = box->styleSheet();
-    if (QAbstractButton* ok = box->button(QMessageBox::Ok)) {
-        seen.okText = ok->text();
-        seen.okStyle = ok->styleSheet();
-    }
-    if (QAbstractButton* cancel = box->button(QMessageBox::Cancel)) {
-        seen.cancelText = cancel->text();
-        seen.cancelStyle = cancel->styleSheet();
-    }
-    return seen;
-}
-
 QMessageBox* openBox()
 {
     return qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-}
-
-void clickBoxButton(QMessageBox::StandardButton which)
-{
-    QMessageBox* box = openBox();
-    if (!box)
-        return;
-    QAbstractButton* button = box->button(which);
-    if (button)
-        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
 }
 
 /** Ends whatever message is still up: the watchdog's way out. */
@@ -146,18 +123,11 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void confirmSheetAnswers_data();
-    void confirmSheetAnswers();
+    void sheetFace_data();
+    void sheetFace();
     void confirmSheetCoversInnerParentsWindow();
-    void confirmBoxAnswers_data();
-    void confirmBoxAnswers();
-    void customCaptionsOnBothFaces();
-    void infoSheetIgnoresEscape();
-    void infoAndWarningBoxes_data();
-    void infoAndWarningBoxes();
-    void warningSheetShowsInformativeText();
-    void upgradingSheetHasTwoButtonsBoxOne();
-    void sheetIsGoneAfterReturnMaskStaysHidden();
+    void boxFace_data();
+    void boxFace();
     void windowDestroyedDuringConfirm();
 
 private:
@@ -185,35 +155,64 @@ void TestMessageHelpers::cleanup()
     QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
 }
 
-void TestMessageHelpers::confirmSheetAnswers_data()
+void TestMessageHelpers::sheetFace_data()
 {
-    QTest::addColumn<int>("key");
+    // Every key but the last must leave the sheet up.
+    QTest::addColumn<int>("helper");
+    QTest::addColumn<QList<int>>("keys");
     QTest::addColumn<int>("expected");
-    QTest::newRow("return is ok") << int(Qt::Key_Return) << int(QMessageBox::Ok);
-    QTest::newRow("space is ok") << int(Qt::Key_Space) << int(QMessageBox::Ok);
-    QTest::newRow("escape is the sheet's cancel") << int(Qt::Key_Escape) << 8388608;
+    QTest::addColumn<QStringList>("buttons");
+    const QStringList okCancel{caption("ok"), caption("cancel")};
+    const QStringList okOnly{caption("ok")};
+    QTest::newRow("confirm, return is ok") << int(Confirm) << QList<int>{Qt::Key_Return} << Ok << okCancel;
+    QTest::newRow("confirm, space is ok") << int(Confirm) << QList<int>{Qt::Key_Space} << Ok << okCancel;
+    QTest::newRow("confirm, escape is the sheet's cancel")
+        << int(Confirm) << QList<int>{Qt::Key_Escape} << SheetCancel << okCancel;
+    QTest::newRow("custom ok caption") << int(ConfirmReplace) << QList<int>{Qt::Key_Escape} << SheetCancel
+                                       << QStringList{QStringLiteral("Replace"), caption("cancel")};
+    QTest::newRow("info ignores escape") << int(Info) << QList<int>{Qt::Key_Escape, Qt::Key_Return} << NoAnswer
+                                         << okOnly;
+    QTest::newRow("warning with details") << int(WarningDetails) << QList<int>{Qt::Key_Enter} << NoAnswer << okOnly;
+    QTest::newRow("upgrading has two buttons") << int(Upgrading) << QList<int>{Qt::Key_Escape} << NoAnswer
+                                               << QStringList{caption("wizard_client_upgrade"), caption("cancel")};
 }
 
-void TestMessageHelpers::confirmSheetAnswers()
+void TestMessageHelpers::sheetFace()
 {
-    QFETCH(int, key);
+    QFETCH(int, helper);
+    QFETCH(QList<int>, keys);
     QFETCH(int, expected);
+    QFETCH(QStringList, buttons);
+
     SheetSeen seen;
-    whenRunning([&]() {
-        seen = look(m_window);
-        press(m_window, Qt::Key(key));
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    QCOMPARE(showConfirmMsg(QStringLiteral("Title"), QStringLiteral("Delete the file?"), m_window), expected);
-    QVERIFY(!watchdog.fired);
-    QVERIFY(seen.found);
-    QCOMPARE(seen.buttons, (QStringList{caption("ok"), caption("cancel")}));
-    QVERIFY(seen.text.contains(QStringLiteral("Delete the file?")));
-    QVERIFY(!seen.text.contains(QStringLiteral("Title")));
+    bool upUntilLast = true;
+    const int result = run([&]() { return callHelper(helper, m_window); },
+                           [&]() {
+                               seen = look(m_window);
+                               for (int i = 0; i < keys.size(); ++i) {
+                                   QCoreApplication::processEvents();
+                                   upUntilLast = upUntilLast && runningSheet(m_window);
+                                   press(m_window, Qt::Key(keys.at(i)));
+                               }
+                           },
+                           [&]() { endAnyMessage(m_window); });
+    QCOMPARE(result, expected);
+    QVERIFY(upUntilLast);
+    QCOMPARE(seen.buttons, buttons);
+    QVERIFY(seen.text.contains(message));
+    QCOMPARE(seen.text.contains(details), helper == WarningDetails);
+    QVERIFY(!seen.text.contains(title));
     QVERIFY(seen.maskCoversWindow);
     QCOMPARE(seen.maskColour, QColor(0, 0, 0, 20));
     // Inside the window: no window of its own.
     QCOMPARE(seen.visibleTopLevels.size(), 1);
+
+    // Once answered the sheet is gone, its mask hidden, and the window can close.
+    QVERIFY(m_window->findChildren<OrvaMessageSheet*>().isEmpty());
+    const QList<OrvaMask*> masks = m_window->findChildren<OrvaMask*>();
+    QCOMPARE(masks.size(), 1);
+    QVERIFY(!masks.first()->isVisible());
+    QVERIFY(m_window->close());
 }
 
 void TestMessageHelpers::confirmSheetCoversInnerParentsWindow()
@@ -224,194 +223,83 @@ void TestMessageHelpers::confirmSheetCoversInnerParentsWindow()
     layout->addWidget(inner);
     QTRY_VERIFY(inner->isVisible());
     SheetSeen seen;
-    whenRunning([&]() {
-        seen = look(m_window);
-        QTest::mouseClick(runningSheet(m_window)->button(QMessageBox::Ok), Qt::LeftButton);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    QCOMPARE(showConfirmMsg(QStringLiteral("T"), QStringLiteral("Inner parent"), inner), int(QMessageBox::Ok));
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(run([&]() { return showConfirmMsg(title, message, inner); },
+                 [&]() {
+                     seen = look(m_window);
+                     QTest::mouseClick(runningSheet(m_window)->button(QMessageBox::Ok), Qt::LeftButton);
+                 },
+                 [&]() { endAnyMessage(m_window); }),
+             Ok);
     QVERIFY(seen.maskCoversWindow);
 }
 
-void TestMessageHelpers::confirmBoxAnswers_data()
+void TestMessageHelpers::boxFace_data()
 {
-    QTest::addColumn<int>("which");
-    QTest::newRow("ok") << int(QMessageBox::Ok);
-    QTest::newRow("cancel is the box's cancel") << 4194304;
-}
-
-void TestMessageHelpers::confirmBoxAnswers()
-{
-    QFETCH(int, which);
-    BoxSeen seen;
-    whenRunning([&]() {
-        seen = lookAtBox(openBox());
-        clickBoxButton(QMessageBox::StandardButton(which));
-    });
-    Watchdog watchdog([&]() { endAnyMessage(nullptr); });
-    QCOMPARE(showConfirmMsg(QStringLiteral("Confirm"), QStringLiteral("Really?"), nullptr), which);
-    QVERIFY(!watchdog.fired);
-    QVERIFY(seen.found);
-    QCOMPARE(seen.title, QStringLiteral("Confirm"));
-    QCOMPARE(seen.text, QStringLiteral("Really?"));
-    QCOMPARE(seen.icon, QMessageBox::Question);
-    QCOMPARE(seen.buttons, QMessageBox::Ok | QMessageBox::Cancel);
-    QCOMPARE(seen.styleSheet, getStyleSheet("component.confirm_message_box", false));
-    QCOMPARE(seen.okText, caption("ok"));
-    QCOMPARE(seen.okStyle, getStyleSheet("component.apply_button", false));
-    QCOMPARE(seen.cancelText, caption("cancel"));
-    QCOMPARE(seen.cancelStyle, getStyleSheet("component.cancel_button", false));
-}
-
-void TestMessageHelpers::customCaptionsOnBothFaces()
-{
-    const MsgBoxCustomBtnText captions{QStringLiteral("Replace"), QString()};
-
-    SheetSeen sheetSeen;
-    whenRunning([&]() {
-        sheetSeen = look(m_window);
-        press(m_window, Qt::Key_Escape);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    QCOMPARE(showConfirmMsgCustomBtn(QStringLiteral("T"), QStringLiteral("Replace it?"), captions, m_window), 8388608);
-    QCOMPARE(sheetSeen.buttons, (QStringList{QStringLiteral("Replace"), caption("cancel")}));
-
-    BoxSeen boxSeen;
-    whenRunning([&]() {
-        boxSeen = lookAtBox(openBox());
-        clickBoxButton(QMessageBox::Ok);
-    });
-    QCOMPARE(showConfirmMsgCustomBtn(QStringLiteral("T"), QStringLiteral("Replace it?"), captions, nullptr),
-             int(QMessageBox::Ok));
-    QVERIFY(!watchdog.fired);
-    QCOMPARE(boxSeen.okText, QStringLiteral("Replace"));
-    QCOMPARE(boxSeen.cancelText, caption("cancel"));
-
-    const MsgBoxCustomBtnText both{QStringLiteral("Yes, go"), QStringLiteral("No, stay")};
-    whenRunning([&]() {
-        boxSeen = lookAtBox(openBox());
-        clickBoxButton(QMessageBox::Cancel);
-    });
-    QCOMPARE(showConfirmMsgCustomBtn(QStringLiteral("T"), QStringLiteral("Go?"), both, nullptr), 4194304);
-    QCOMPARE(boxSeen.okText, QStringLiteral("Yes, go"));
-    QCOMPARE(boxSeen.cancelText, QStringLiteral("No, stay"));
-}
-
-void TestMessageHelpers::infoSheetIgnoresEscape()
-{
-    bool upAfterEscape = false;
-    SheetSeen seen;
-    whenRunning([&]() {
-        seen = look(m_window);
-        press(m_window, Qt::Key_Escape);
-        QCoreApplication::processEvents();
-        upAfterEscape = runningSheet(m_window) != nullptr;
-        press(m_window, Qt::Key_Return);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    showInfoMsg(QStringLiteral("T"), QStringLiteral("Saved."), m_window);
-    QVERIFY(!watchdog.fired);
-    QVERIFY(upAfterEscape);
-    QCOMPARE(seen.buttons, QStringList{caption("ok")});
-    QVERIFY(!runningSheet(m_window));
-}
-
-void TestMessageHelpers::infoAndWarningBoxes_data()
-{
-    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("helper");
+    QTest::addColumn<int>("click");
+    QTest::addColumn<int>("expected");
     QTest::addColumn<int>("icon");
     QTest::addColumn<QString>("styleKey");
-    QTest::addColumn<QString>("informative");
-    QTest::newRow("info") << 0 << int(QMessageBox::Information) << "component.info_message_box" << QString();
-    QTest::newRow("warning") << 1 << int(QMessageBox::Warning) << "component.warning_message_box" << QString();
-    QTest::newRow("warning with details") << 2 << int(QMessageBox::Warning) << "component.warning_message_box"
-                                          << "Details here";
-    QTest::newRow("upgrading") << 3 << int(QMessageBox::Warning) << "component.upgrading_message_box" << QString();
+    QTest::addColumn<QString>("okText");
+    QTest::addColumn<QString>("cancelText");
+
+    const QString confirmStyle = QStringLiteral("component.confirm_message_box");
+    const QString warningStyle = QStringLiteral("component.warning_message_box");
+    const int question = QMessageBox::Question;
+    const int warning = QMessageBox::Warning;
+    QTest::newRow("confirm ok") << int(Confirm) << Ok << Ok << question << confirmStyle << caption("ok")
+                                << caption("cancel");
+    QTest::newRow("confirm cancel is the box's cancel")
+        << int(Confirm) << BoxCancel << BoxCancel << question << confirmStyle << caption("ok") << caption("cancel");
+    QTest::newRow("custom ok caption") << int(ConfirmReplace) << Ok << Ok << question << confirmStyle << "Replace"
+                                       << caption("cancel");
+    QTest::newRow("custom captions") << int(ConfirmBothCaptions) << BoxCancel << BoxCancel << question << confirmStyle
+                                     << "Yes, go" << "No, stay";
+    QTest::newRow("info") << int(Info) << Ok << NoAnswer << int(QMessageBox::Information)
+                          << "component.info_message_box" << caption("ok") << QString();
+    QTest::newRow("warning") << int(Warning) << Ok << NoAnswer << warning << warningStyle << caption("ok") << QString();
+    QTest::newRow("warning with details") << int(WarningDetails) << Ok << NoAnswer << warning << warningStyle
+                                          << caption("ok") << QString();
+    QTest::newRow("upgrading has one button") << int(Upgrading) << Ok << NoAnswer << warning
+                                              << "component.upgrading_message_box" << caption("ok") << QString();
 }
 
-void TestMessageHelpers::infoAndWarningBoxes()
+void TestMessageHelpers::boxFace()
 {
-    QFETCH(int, kind);
+    QFETCH(int, helper);
+    QFETCH(int, click);
+    QFETCH(int, expected);
     QFETCH(int, icon);
     QFETCH(QString, styleKey);
-    QFETCH(QString, informative);
+    QFETCH(QString, okText);
+    QFETCH(QString, cancelText);
 
-    BoxSeen seen;
-    whenRunning([&]() {
-        seen = lookAtBox(openBox());
-        clickBoxButton(QMessageBox::Ok);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(nullptr); });
-    const QString title = QStringLiteral("Heads up");
-    const QString text = QStringLiteral("Something happened");
-    switch (kind) {
-    case 0: showInfoMsg(title, text, nullptr); break;
-    case 1: showWarningMsg(title, text, nullptr); break;
-    case 2: showWarningMsg(title, text, informative, nullptr); break;
-    default: showUpgradingMsg(title, text, nullptr); break;
-    }
-    QVERIFY(!watchdog.fired);
-    QVERIFY(seen.found);
-    QCOMPARE(seen.title, title);
-    QCOMPARE(seen.text, text);
-    QCOMPARE(seen.informativeText, informative);
-    QCOMPARE(int(seen.icon), icon);
-    QCOMPARE(seen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QCOMPARE(seen.styleSheet, getStyleSheet(styleKey, false));
-    QCOMPARE(seen.okText, caption("ok"));
-    QCOMPARE(seen.okStyle, getStyleSheet("component.apply_button", false));
-}
-
-void TestMessageHelpers::warningSheetShowsInformativeText()
-{
-    SheetSeen seen;
-    whenRunning([&]() {
-        seen = look(m_window);
-        press(m_window, Qt::Key_Enter);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    showWarningMsg(QStringLiteral("T"), QStringLiteral("Disk almost full"), QStringLiteral("Free some space"), m_window);
-    QVERIFY(!watchdog.fired);
-    QVERIFY(seen.text.contains(QStringLiteral("Disk almost full")));
-    QVERIFY(seen.text.contains(QStringLiteral("Free some space")));
-    QCOMPARE(seen.buttons, QStringList{caption("ok")});
-}
-
-void TestMessageHelpers::upgradingSheetHasTwoButtonsBoxOne()
-{
-    SheetSeen seen;
-    whenRunning([&]() {
-        seen = look(m_window);
-        press(m_window, Qt::Key_Escape);
-    });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    showUpgradingMsg(QStringLiteral("T"), QStringLiteral("A new version is ready"), m_window);
-    QVERIFY(!watchdog.fired);
-    QCOMPARE(seen.buttons, (QStringList{caption("wizard_client_upgrade"), caption("cancel")}));
-
-    BoxSeen boxSeen;
-    whenRunning([&]() {
-        boxSeen = lookAtBox(openBox());
-        clickBoxButton(QMessageBox::Ok);
-    });
-    showUpgradingMsg(QStringLiteral("T"), QStringLiteral("A new version is ready"), nullptr);
-    QCOMPARE(boxSeen.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QCOMPARE(boxSeen.okText, caption("ok"));
-}
-
-void TestMessageHelpers::sheetIsGoneAfterReturnMaskStaysHidden()
-{
-    whenRunning([&]() { press(m_window, Qt::Key_Return); });
-    Watchdog watchdog([&]() { endAnyMessage(m_window); });
-    QCOMPARE(showConfirmMsg(QStringLiteral("T"), QStringLiteral("?"), m_window), int(QMessageBox::Ok));
-    QVERIFY(!watchdog.fired);
-    QVERIFY(m_window->findChildren<OrvaMessageSheet*>().isEmpty());
-    const QList<OrvaMask*> masks = m_window->findChildren<OrvaMask*>();
-    QCOMPARE(masks.size(), 1);
-    QVERIFY(!masks.first()->isVisible());
-    // The window can be closed again once the message is answered.
-    QVERIFY(m_window->close());
+    // What the box showed, read while it is up.
+    QStringList seen;
+    const auto describe = [](QAbstractButton* button) {
+        return button ? button->text() + QLatin1Char('|') + button->styleSheet() : QString();
+    };
+    const int result = run([&]() { return callHelper(helper, nullptr); },
+                           [&]() {
+                               QMessageBox* box = openBox();
+                               if (!box)
+                                   return;
+                               seen << box->windowTitle() << box->text() << box->informativeText()
+                                    << QString::number(box->icon()) << QString::number(int(box->standardButtons()))
+                                    << box->styleSheet() << describe(box->button(QMessageBox::Ok))
+                                    << describe(box->button(QMessageBox::Cancel));
+                               QAbstractButton* button = box->button(QMessageBox::StandardButton(click));
+                               QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+                           },
+                           [&]() { endAnyMessage(nullptr); });
+    QCOMPARE(result, expected);
+    const bool hasCancel = !cancelText.isEmpty();
+    const QStringList wanted{
+        title, message, helper == WarningDetails ? details : QString(), QString::number(icon),
+        QString::number(hasCancel ? int(QMessageBox::Ok | QMessageBox::Cancel) : Ok),
+        getStyleSheet(styleKey, false), okText + QLatin1Char('|') + getStyleSheet("component.apply_button", false),
+        hasCancel ? cancelText + QLatin1Char('|') + getStyleSheet("component.cancel_button", false) : QString()};
+    QCOMPARE(seen, wanted);
 }
 
 void TestMessageHelpers::windowDestroyedDuringConfirm()
@@ -420,13 +308,12 @@ void TestMessageHelpers::windowDestroyedDuringConfirm()
     window->resize(TestEnvironment::scaled(600), TestEnvironment::scaled(400));
     window->show();
     QPointer<QWidget> guard(window);
-    whenRunning([window]() { window->deleteLater(); });
-    Watchdog watchdog([&]() {
-        if (guard)
-            endAnyMessage(guard);
-    });
-    QCOMPARE(showConfirmMsg(QStringLiteral("T"), QStringLiteral("Going away"), window), 0);
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(run([&]() { return showConfirmMsg(title, message, window); }, [window]() { window->deleteLater(); },
+                 [&]() {
+                     if (guard)
+                         endAnyMessage(guard);
+                 }),
+             0);
     QVERIFY(guard.isNull());
 }
 

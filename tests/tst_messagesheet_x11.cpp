@@ -97,15 +97,13 @@ void TestMessageSheetX11::closeButtonGoneDuringRun()
     bool closableDuringRun = true;
     bool closedDuringRun = true;
     bool stillShown = false;
-    whenRunning([&]() {
-        closableDuringRun = allowsClose(windowId());
-        closedDuringRun = m_window->close();
-        stillShown = m_window->isVisible();
-        press(m_window, Qt::Key_Escape);
-    });
-    Watchdog watchdog([&]() { sheet->quit(); });
-    QCOMPARE(sheet->exec(), int(QMessageBox::Discard));
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(runSheet(sheet, [&]() {
+                 closableDuringRun = allowsClose(windowId());
+                 closedDuringRun = m_window->close();
+                 stillShown = m_window->isVisible();
+                 press(m_window, Qt::Key_Escape);
+             }),
+             int(QMessageBox::Discard));
     QVERIFY(!closableDuringRun);
     QVERIFY(!closedDuringRun);
     QVERIFY(stillShown);
@@ -118,13 +116,11 @@ void TestMessageSheetX11::closeButtonStaysWithoutBlocking()
     OrvaMessageSheet sheet(OrvaMessageSheet::InformationMessage, QStringLiteral("Free"), m_window);
     sheet.setBlockWindowButton(false);
     bool closableDuringRun = false;
-    whenRunning([&]() {
-        closableDuringRun = allowsClose(windowId());
-        sheet.quit();
-    });
-    Watchdog watchdog([&]() { sheet.quit(); });
-    QCOMPARE(sheet.exec(), 0);
-    QVERIFY(!watchdog.fired);
+    QCOMPARE(runSheet(&sheet, [&]() {
+                 closableDuringRun = allowsClose(windowId());
+                 sheet.quit();
+             }),
+             0);
     QVERIFY(closableDuringRun);
 
     // showSheet() leaves the button alone, showSheetWithBlock() takes it.
@@ -143,20 +139,18 @@ void TestMessageSheetX11::nestedSheetsKeepButtonAwayUntilLastEnds()
     OrvaMessageSheet outer(OrvaMessageSheet::QuestionMessage, QStringLiteral("Outer"), m_window);
     bool closableDuringInner = true;
     bool closableAfterInner = true;
-    whenRunning([&]() {
-        OrvaMessageSheet inner(OrvaMessageSheet::InformationMessage, QStringLiteral("Inner"), m_window);
-        whenRunning([&]() {
-            closableDuringInner = allowsClose(windowId());
-            inner.done(QMessageBox::Ok);
-        });
-        Watchdog innerWatchdog([&]() { inner.quit(); });
-        inner.exec();
-        closableAfterInner = allowsClose(windowId());
-        outer.done(QMessageBox::Ok);
-    });
-    Watchdog watchdog([&]() { outer.quit(); });
-    QCOMPARE(outer.exec(), int(QMessageBox::Ok));
-    QVERIFY(!watchdog.fired);
+    int innerResult = 0;
+    QCOMPARE(runSheet(&outer, [&]() {
+                 OrvaMessageSheet inner(OrvaMessageSheet::InformationMessage, QStringLiteral("Inner"), m_window);
+                 innerResult = runSheet(&inner, [&]() {
+                     closableDuringInner = allowsClose(windowId());
+                     inner.done(QMessageBox::Ok);
+                 });
+                 closableAfterInner = allowsClose(windowId());
+                 outer.done(QMessageBox::Ok);
+             }),
+             int(QMessageBox::Ok));
+    QCOMPARE(innerResult, int(QMessageBox::Ok));
     QVERIFY(!closableDuringInner);
     QVERIFY(!closableAfterInner);
     QVERIFY(allowsClose(windowId()));
@@ -165,24 +159,24 @@ void TestMessageSheetX11::nestedSheetsKeepButtonAwayUntilLastEnds()
 void TestMessageSheetX11::inputSheetAndHelperTakeButtonAway()
 {
     OrvaInputSheet input(QStringLiteral("Name"), m_window);
-    bool closableDuringInput = true;
-    whenRunning([&]() {
-        closableDuringInput = allowsClose(windowId());
+    bool closableDuringRun = true;
+    const auto lookAndAnswer = [&]() {
+        closableDuringRun = allowsClose(windowId());
         press(m_window, Qt::Key_Return);
-    });
-    Watchdog watchdog([&]() { input.quit(); });
-    QCOMPARE(input.exec(), int(QMessageBox::Ok));
-    QVERIFY(!closableDuringInput);
+    };
+    QCOMPARE(runSheet(&input, lookAndAnswer), int(QMessageBox::Ok));
+    QVERIFY(!closableDuringRun);
     QVERIFY(allowsClose(windowId()));
 
-    bool closableDuringConfirm = true;
-    whenRunning([&]() {
-        closableDuringConfirm = allowsClose(windowId());
-        press(m_window, Qt::Key_Return);
-    });
-    QCOMPARE(showConfirmMsg(QStringLiteral("T"), QStringLiteral("Sure?"), m_window), int(QMessageBox::Ok));
-    QVERIFY(!watchdog.fired);
-    QVERIFY(!closableDuringConfirm);
+    closableDuringRun = true;
+    QCOMPARE(run([&]() { return showConfirmMsg(QStringLiteral("T"), QStringLiteral("Sure?"), m_window); },
+                 lookAndAnswer,
+                 [&]() {
+                     for (OrvaMessageSheet* sheet : m_window->findChildren<OrvaMessageSheet*>())
+                         sheet->quit();
+                 }),
+             int(QMessageBox::Ok));
+    QVERIFY(!closableDuringRun);
     QVERIFY(allowsClose(windowId()));
 }
 
