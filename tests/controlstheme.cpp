@@ -41,6 +41,10 @@ const char* const styleText =
     "== component.label ==\n"
     "QLabel { color: #202020; }\n";
 
+// One solid colour per state picture of fourStateImage, in ImageManager::ImageType order.
+const QRgb stateColours[4] = {qRgb(0x20, 0x60, 0xe0), qRgb(0x20, 0xc0, 0x40), qRgb(0xe0, 0x80, 0x10),
+                              qRgb(0x90, 0x90, 0x90)};
+
 bool writeFile(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
@@ -64,7 +68,7 @@ bool writeTheme(const QString& dir)
         written = written
                   && writePicture(dir + QStringLiteral("/images/%1%2.png").arg(QLatin1String(fourStateImage),
                                                                                QLatin1String(suffixes[state])),
-                                  stateColour(state));
+                                  QColor(stateColours[state]));
     }
     written = written && writePicture(dir + QStringLiteral("/images/%1.png").arg(QLatin1String(normalOnlyImage)),
                                       QColor(0x80, 0x40, 0xc0));
@@ -78,16 +82,6 @@ bool writeTheme(const QString& dir)
 }
 
 } // namespace
-
-QColor stateColour(int state)
-{
-    switch (state) {
-    case 0: return QColor(0x20, 0x60, 0xe0);
-    case 1: return QColor(0x20, 0xc0, 0x40);
-    case 2: return QColor(0xe0, 0x80, 0x10);
-    default: return QColor(0x90, 0x90, 0x90);
-    }
-}
 
 QColor lineEditBackground(bool error)
 {

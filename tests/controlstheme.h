@@ -17,9 +17,6 @@ extern const char* const fourStateImage;
 /** Image with only the normal file; the other states fall back to it. */
 extern const char* const normalOnlyImage;
 
-/** The solid colour of each state picture of fourStateImage, indexed by ImageManager::ImageType. */
-QColor stateColour(int state);
-
 /** The line edit's background without and with the error property. */
 QColor lineEditBackground(bool error);
 

@@ -13,8 +13,6 @@
 #include <QProcessEnvironment>
 #include <QVBoxLayout>
 
-#include <memory>
-
 namespace {
 
 QColor centreColour(const QPixmap& pixmap)
@@ -36,9 +34,9 @@ QColor shownColour(const OrvaIconButton& button)
 }
 
 /** The colour of the registry's picture of the four-state test image in @p type. */
-QColor registryColour(ImageManager::ImageType type)
+QColor registryColour(int type)
 {
-    return centreColour(getGlobalImage(ControlsTheme::fourStateImage, type));
+    return centreColour(getGlobalImage(ControlsTheme::fourStateImage, ImageManager::ImageType(type)));
 }
 
 /** The logical size of @p pixmap's device pixels at the screen's ratio, halves rounded up. */
@@ -48,26 +46,20 @@ QSize logicalIconSizeForTest(const QPixmap& pixmap)
     return QSize(qRound(pixmap.width() / ratio), qRound(pixmap.height() / ratio));
 }
 
-void sendEnter(QWidget* widget)
+QPixmap solid(const QColor& colour, int side = 40)
 {
-    QEvent enter(QEvent::Enter);
-    QApplication::sendEvent(widget, &enter);
+    QPixmap pixmap(side, side);
+    pixmap.fill(colour);
+    return pixmap;
 }
 
-void sendLeave(QWidget* widget)
-{
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(widget, &leave);
-}
-
-/** A shown, active top-level window holding @p button. */
+/** A shown, active top-level window holding @p button, with something else to take the focus. */
 struct ButtonWindow
 {
     explicit ButtonWindow(QWidget* button)
     {
         auto* layout = new QVBoxLayout(&window);
         layout->addWidget(button);
-        // Something else that can take the focus away from the button.
         other = new QPushButton(QStringLiteral("Other"));
         layout->addWidget(other);
         window.show();
@@ -87,6 +79,32 @@ struct ButtonWindow
     QPushButton* other = nullptr;
 };
 
+/** Does what a user (or the host) does to @p button; false for an unknown step. */
+bool act(const QString& step, QAbstractButton* button, ButtonWindow& shown)
+{
+    if (step == QLatin1String("enter") || step == QLatin1String("leave")) {
+        QEvent event(step == QLatin1String("enter") ? QEvent::Enter : QEvent::Leave);
+        QApplication::sendEvent(button, &event);
+    } else if (step == QLatin1String("press")) {
+        QTest::mousePress(button, Qt::LeftButton);
+    } else if (step == QLatin1String("release")) {
+        QTest::mouseRelease(button, Qt::LeftButton);
+    } else if (step == QLatin1String("focus") || step == QLatin1String("unfocus")) {
+        QWidget* target = step == QLatin1String("focus") ? static_cast<QWidget*>(button) : shown.other;
+        target->setFocus(Qt::OtherFocusReason);
+        return QTest::qWaitFor([target] { return target->hasFocus(); });
+    } else if (step == QLatin1String("disable") || step == QLatin1String("enable")) {
+        button->setEnabled(step == QLatin1String("enable"));
+    } else if (step == QLatin1String("hide") || step == QLatin1String("show")) {
+        button->setVisible(step == QLatin1String("show"));
+    } else if (step == QLatin1String("windowoff") || step == QLatin1String("windowon")) {
+        shown.window.setEnabled(step == QLatin1String("windowon"));
+    } else {
+        return false;
+    }
+    return true;
+}
+
 } // namespace
 
 class TestButtons : public QObject
@@ -99,23 +117,15 @@ private Q_SLOTS:
 
     void buttonRoleTakesStyleSheet_data();
     void buttonRoleTakesStyleSheet();
-    void unknownRoleHasNoStyleSheet_data();
-    void unknownRoleHasNoStyleSheet();
 
-    void iconButtonIsThemedToolButton();
-    void hoverOnEnterDefaultOnLeave();
-    void releaseShowsDefaultNotHover();
-    void focusedButtonKeepsHoverOnLeave();
-    void disabledButtonIgnoresPointer();
-    void showResetsPicture();
-    void singlePixmapShowsOnePictureInEveryState();
+    void stateMachine_data();
+    void stateMachine();
     void singleStateSettersReplaceOneSlot();
-    void missingStateFilesFallBackToNormal();
+    void onePictureForEveryState_data();
+    void onePictureForEveryState();
 
     void iconSizeFollowsRatio();
     void iconSizeAtRatioTwo();
-    void nullPixmapGivesEmptyIcon();
-    void unknownImageKeyGivesEmptyIcon();
 
     void toggleTakesStyleSheet();
 };
@@ -125,9 +135,9 @@ void TestButtons::initTestCase()
     QVERIFY(ControlsTheme::install());
     // The pictures must differ per state, or the state tests prove nothing.
     for (int a = 0; a < 4; ++a) {
-        QVERIFY(registryColour(ImageManager::ImageType(a)).isValid());
+        QVERIFY(registryColour(a).isValid());
         for (int b = a + 1; b < 4; ++b)
-            QVERIFY(registryColour(ImageManager::ImageType(a)) != registryColour(ImageManager::ImageType(b)));
+            QVERIFY(registryColour(a) != registryColour(b));
     }
 }
 
@@ -147,21 +157,24 @@ void TestButtons::buttonRoleTakesStyleSheet_data()
     QTest::newRow("3 other page") << 3 << "component.nonselect_paging_button";
     QTest::newRow("4 default") << 4 << "component.default_button";
     QTest::newRow("5 red") << 5 << "component.red_button";
+    QTest::newRow("6 unknown") << 6 << "";
+    QTest::newRow("-1 unknown") << -1 << "";
+    QTest::newRow("1000 unknown") << 1000 << "";
 }
 
 void TestButtons::buttonRoleTakesStyleSheet()
 {
     QFETCH(int, role);
     QFETCH(QString, key);
+    WarningCollector warnings;
     OrvaButton button(QStringLiteral("Apply & go"), role);
-    const QString expected = getStyleSheet(key, false);
-    QVERIFY(!expected.isEmpty());
-    QCOMPARE(button.styleSheet(), expected);
-    QCOMPARE(button.text(), QStringLiteral("Apply & go"));
-    QVERIFY(button.isFlat());
-    QCOMPARE(button.sizePolicy().horizontalPolicy(), QSizePolicy::Fixed);
-    QCOMPARE(button.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
-    QVERIFY(!button.parent());
+    // An unknown role asks for no key, so nothing is missed either.
+    QCOMPARE(warnings.count(), 0);
+    if (key.isEmpty()) {
+        QVERIFY(button.styleSheet().isEmpty());
+        return;
+    }
+    QCOMPARE(button.styleSheet(), getStyleSheet(key, false));
 
     // The sheet is in force, with its lengths scaled for the screen.
     button.ensurePolished();
@@ -172,190 +185,43 @@ void TestButtons::buttonRoleTakesStyleSheet()
              qPrintable(QString::number(button.sizeHint().width())));
 }
 
-void TestButtons::unknownRoleHasNoStyleSheet_data()
+void TestButtons::stateMachine_data()
 {
-    QTest::addColumn<int>("role");
-    QTest::newRow("6") << 6;
-    QTest::newRow("-1") << -1;
-    QTest::newRow("1000") << 1000;
+    // Steps, each optionally followed by "=" and the picture expected after
+    // it: N normal, H hover, C click, D disable.
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<int>("clicks");
+    QTest::newRow("pointer rounds; release shows rest, not hover")
+        << "=N enter=H press=C release=N leave=N enter=H leave=N" << 1;
+    QTest::newRow("focused keeps hover on leave") << "focus enter leave=H unfocus enter=H leave=N" << 0;
+    QTest::newRow("disabled ignores pointer")
+        << "enter=H disable=D leave=D enter=D press=D release=D leave=D enable=N windowoff=D windowon=N" << 0;
+    QTest::newRow("show resets picture") << "enter press=C hide show=N release hide enter=H show=N leave" << -1;
 }
 
-void TestButtons::unknownRoleHasNoStyleSheet()
+void TestButtons::stateMachine()
 {
-    QFETCH(int, role);
-    WarningCollector warnings;
-    OrvaButton button(QStringLiteral("Plain"), role);
-    QCOMPARE(button.text(), QStringLiteral("Plain"));
-    QVERIFY(button.isFlat());
-    QCOMPARE(button.sizePolicy().horizontalPolicy(), QSizePolicy::Fixed);
-    QCOMPARE(button.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
-    QVERIFY(button.styleSheet().isEmpty());
-    // No key was asked for, so nothing was missed.
-    QCOMPARE(warnings.count(), 0);
-}
-
-void TestButtons::iconButtonIsThemedToolButton()
-{
-    OrvaIconButton button{QString::fromLatin1(ControlsTheme::fourStateImage)};
-    QCOMPARE(button.toolButtonStyle(), Qt::ToolButtonIconOnly);
-    QCOMPARE(button.sizePolicy().horizontalPolicy(), QSizePolicy::Fixed);
-    QCOMPARE(button.sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
-    QCOMPARE(button.styleSheet(), getStyleSheet("component.icon_button", false));
-    QCOMPARE(button.popupMode(), QToolButton::InstantPopup);
-    QVERIFY(!button.parent());
-    QCOMPARE(shownColour(button), registryColour(ImageManager::Normal));
-}
-
-void TestButtons::hoverOnEnterDefaultOnLeave()
-{
-    auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Click));
-    QTest::mouseRelease(button, Qt::LeftButton);
-    sendLeave(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-
-    // Enter again after a full round.
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    sendLeave(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-}
-
-void TestButtons::releaseShowsDefaultNotHover()
-{
+    QFETCH(QString, script);
+    QFETCH(int, clicks);
     auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
     QSignalSpy clicked(button, &QToolButton::clicked);
-    QVERIFY(clicked.isValid());
     ButtonWindow shown(button);
     QVERIFY(shown.ready());
+    const QSize size = logicalIconSizeForTest(getGlobalImage(ControlsTheme::fourStateImage, ImageManager::Normal));
 
-    sendEnter(button);
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Click));
-    QTest::mouseRelease(button, Qt::LeftButton);
-    // The pointer is still over the button, yet the rest picture comes back.
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-    QCOMPARE(clicked.count(), 1);
-    // Until the pointer leaves and enters again.
-    sendLeave(button);
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    sendLeave(button);
-}
-
-void TestButtons::focusedButtonKeepsHoverOnLeave()
-{
-    auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-
-    button->setFocus(Qt::OtherFocusReason);
-    QTRY_VERIFY(button->hasFocus());
-    sendEnter(button);
-    sendLeave(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-
-    // Without focus the leave goes back to rest.
-    shown.other->setFocus(Qt::OtherFocusReason);
-    QTRY_VERIFY(!button->hasFocus());
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    sendLeave(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-}
-
-void TestButtons::disabledButtonIgnoresPointer()
-{
-    auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
-    QSignalSpy clicked(button, &QToolButton::clicked);
-    QVERIFY(clicked.isValid());
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    button->setEnabled(false);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    QCOMPARE(button->iconSize(), logicalIconSizeForTest(getGlobalImage(ControlsTheme::fourStateImage, ImageManager::Normal)));
-
-    sendLeave(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    QTest::mouseRelease(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    QCOMPARE(clicked.count(), 0);
-    sendLeave(button);
-
-    // Disabling the window disables the button too.
-    button->setEnabled(true);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-    shown.window.setEnabled(false);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    shown.window.setEnabled(true);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-}
-
-void TestButtons::showResetsPicture()
-{
-    auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-
-    sendEnter(button);
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Click));
-    button->hide();
-    button->show();
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-    QTest::mouseRelease(button, Qt::LeftButton);
-
-    // Hover set while hidden is dropped on show.
-    button->hide();
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Hover));
-    button->show();
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-
-    // A disabled button is shown with the disable picture it has at that moment.
-    button->hide();
-    button->setEnabled(false);
-    QPixmap disable(40, 40);
-    disable.fill(QColor(0x5a, 0x5a, 0x10));
-    button->setDisableIcon(disable);
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Disable));
-    button->show();
-    QCOMPARE(shownColour(*button), QColor(0x5a, 0x5a, 0x10));
-}
-
-void TestButtons::singlePixmapShowsOnePictureInEveryState()
-{
-    QPixmap pixmap(24, 24);
-    pixmap.fill(QColor(0x33, 0x66, 0x99));
-    auto* button = new OrvaIconButton(pixmap);
-    QCOMPARE(shownColour(*button), QColor(0x33, 0x66, 0x99));
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), QColor(0x33, 0x66, 0x99));
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), QColor(0x33, 0x66, 0x99));
-    QTest::mouseRelease(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), QColor(0x33, 0x66, 0x99));
-    sendLeave(button);
-    button->setEnabled(false);
-    QCOMPARE(shownColour(*button), QColor(0x33, 0x66, 0x99));
-    QCOMPARE(button->iconSize(), logicalIconSizeForTest(pixmap));
+    for (const QString& token : script.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QStringList parts = token.split(QLatin1Char('='));
+        if (!parts.first().isEmpty())
+            QVERIFY2(act(parts.first(), button, shown), qPrintable(token));
+        if (parts.size() == 2) {
+            const int state = QStringLiteral("NHCD").indexOf(parts.last());
+            QVERIFY2(shownColour(*button) == registryColour(state), qPrintable(token));
+        }
+        // No state change resizes the icon.
+        QCOMPARE(button->iconSize(), size);
+    }
+    if (clicks >= 0)
+        QCOMPARE(clicked.count(), clicks);
 }
 
 void TestButtons::singleStateSettersReplaceOneSlot()
@@ -365,49 +231,89 @@ void TestButtons::singleStateSettersReplaceOneSlot()
     QVERIFY(shown.ready());
     const QSize size = button->iconSize();
 
-    QPixmap hover(40, 40);
-    hover.fill(QColor(0x11, 0x22, 0x33));
-    QPixmap press(40, 40);
-    press.fill(QColor(0x44, 0x55, 0x66));
-    QPixmap disable(40, 40);
-    disable.fill(QColor(0x77, 0x88, 0x99));
-    button->setHoverIcon(hover);
-    button->setPressIcon(press);
-    button->setDisableIcon(disable);
+    button->setHoverIcon(solid(QColor(0x11, 0x22, 0x33)));
+    button->setPressIcon(solid(QColor(0x44, 0x55, 0x66)));
+    button->setDisableIcon(solid(QColor(0x77, 0x88, 0x99)));
     // Nothing changes until the next state change, and the size stays.
     QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
     QCOMPARE(button->iconSize(), size);
 
-    sendEnter(button);
+    act(QStringLiteral("enter"), button, shown);
     QCOMPARE(shownColour(*button), QColor(0x11, 0x22, 0x33));
     QCOMPARE(button->iconSize(), size);
-    QTest::mousePress(button, Qt::LeftButton);
+    act(QStringLiteral("press"), button, shown);
     QCOMPARE(shownColour(*button), QColor(0x44, 0x55, 0x66));
-    QTest::mouseRelease(button, Qt::LeftButton);
+    act(QStringLiteral("release"), button, shown);
     QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-    sendLeave(button);
+    act(QStringLiteral("leave"), button, shown);
     button->setEnabled(false);
     QCOMPARE(shownColour(*button), QColor(0x77, 0x88, 0x99));
+
+    // A disabled button is shown with the disable picture it has at that moment.
+    button->hide();
+    button->setDisableIcon(solid(QColor(0x5a, 0x5a, 0x10)));
+    QCOMPARE(shownColour(*button), QColor(0x77, 0x88, 0x99));
+    button->show();
+    QCOMPARE(shownColour(*button), QColor(0x5a, 0x5a, 0x10));
 }
 
-void TestButtons::missingStateFilesFallBackToNormal()
+void TestButtons::onePictureForEveryState_data()
 {
-    WarningCollector warnings;
-    auto* button = new OrvaIconButton(QString::fromLatin1(ControlsTheme::normalOnlyImage));
-    // One warning for each of the three missing states.
-    QCOMPARE(warnings.count(), 3);
-    const QColor normal = centreColour(getGlobalImage(ControlsTheme::normalOnlyImage, ImageManager::Normal));
-    QVERIFY(normal.isValid());
+    // How the button is made, the colour it shows in every state (invalid:
+    // no icon at all), and the warnings its construction writes.
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QColor>("colour");
+    QTest::addColumn<int>("warnings");
+    QTest::newRow("single pixmap") << "pixmap" << QColor(0x33, 0x66, 0x99) << 0;
+    QTest::newRow("state files missing fall back to normal")
+        << ControlsTheme::normalOnlyImage
+        << centreColour(getGlobalImage(ControlsTheme::normalOnlyImage, ImageManager::Normal)) << 3;
+    QTest::newRow("null pixmap") << "null" << QColor() << 0;
+    QTest::newRow("unknown image key") << "no_such_picture" << QColor() << 4;
+}
+
+void TestButtons::onePictureForEveryState()
+{
+    QFETCH(QString, source);
+    QFETCH(QColor, colour);
+    QFETCH(int, warnings);
+    WarningCollector collected;
+    const QPixmap pixmap = source == QLatin1String("pixmap") ? solid(colour, 24) : QPixmap();
+    auto* button = source == QLatin1String("pixmap") || source == QLatin1String("null")
+                       ? new OrvaIconButton(pixmap)
+                       : new OrvaIconButton(source);
+    const bool unknown = source == QLatin1String("no_such_picture");
+    QVERIFY2(unknown ? collected.count() >= warnings : collected.count() == warnings,
+             qPrintable(collected.messages().join(QLatin1Char('\n'))));
+    for (const QString& message : collected.messages()) {
+        if (unknown)
+            QVERIFY2(message.startsWith(QLatin1String("Cannot load pixmap \"no_such_picture\"")), qPrintable(message));
+    }
+    QCOMPARE(shownColour(*button), colour);
     ButtonWindow shown(button);
     QVERIFY(shown.ready());
-    sendEnter(button);
-    QCOMPARE(shownColour(*button), normal);
-    QTest::mousePress(button, Qt::LeftButton);
-    QCOMPARE(shownColour(*button), normal);
-    QTest::mouseRelease(button, Qt::LeftButton);
-    sendLeave(button);
-    button->setEnabled(false);
-    QCOMPARE(shownColour(*button), normal);
+    for (const char* step : {"enter", "press", "release", "leave", "disable"}) {
+        act(QLatin1String(step), button, shown);
+        QVERIFY2(shownColour(*button) == colour, step);
+    }
+    if (source == QLatin1String("pixmap"))
+        QCOMPARE(button->iconSize(), logicalIconSizeForTest(pixmap));
+    if (!colour.isValid()) {
+        if (source == QLatin1String("null"))
+            QCOMPARE(button->iconSize(), QSize(0, 0));
+        // Null pictures and keys given later are taken the same way.
+        button->setHoverIcon(QPixmap());
+        button->setPressIcon(QPixmap());
+        button->setDisableIcon(QPixmap());
+        button->setDefaultIcon(QPixmap());
+        button->setAllIcon(QString());
+        button->setEnabled(true);
+        QVERIFY(button->icon().isNull());
+        QVERIFY(!shown.window.grab().isNull());
+        // A known key afterwards brings the pictures back.
+        button->setAllIcon(QString::fromLatin1(ControlsTheme::fourStateImage));
+        QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
+    }
 }
 
 void TestButtons::iconSizeFollowsRatio()
@@ -419,9 +325,7 @@ void TestButtons::iconSizeFollowsRatio()
     if (qFuzzyCompare(ratio, 2.0))
         QCOMPARE(expected, QSize(17, 17));
 
-    QPixmap pixmap(33, 33);
-    pixmap.fill(Qt::darkCyan);
-    auto* button = new OrvaIconButton(pixmap);
+    auto* button = new OrvaIconButton(solid(Qt::darkCyan, 33));
     // Only taken into use at the next state change or show.
     QToolButton reference;
     reference.setStyleSheet(button->styleSheet());
@@ -429,9 +333,8 @@ void TestButtons::iconSizeFollowsRatio()
     ButtonWindow shown(button);
     QVERIFY(shown.ready());
     QCOMPARE(button->iconSize(), expected);
-    sendEnter(button);
+    act(QStringLiteral("enter"), button, shown);
     QCOMPARE(button->iconSize(), expected);
-    sendLeave(button);
 
     // A registry image: its device pixels over the ratio.
     auto* themed = new OrvaIconButton(QString::fromLatin1(ControlsTheme::fourStateImage));
@@ -469,61 +372,11 @@ void TestButtons::iconSizeAtRatioTwo()
     QVERIFY2(output.contains("PASS   : TestButtons::iconSizeFollowsRatio()"), output.constData());
 }
 
-void TestButtons::nullPixmapGivesEmptyIcon()
-{
-    auto* button = new OrvaIconButton(QPixmap());
-    QVERIFY(button->icon().isNull());
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-    QVERIFY(button->icon().isNull());
-    QCOMPARE(button->iconSize(), QSize(0, 0));
-    sendEnter(button);
-    QTest::mousePress(button, Qt::LeftButton);
-    QTest::mouseRelease(button, Qt::LeftButton);
-    sendLeave(button);
-    button->setEnabled(false);
-    QVERIFY(button->icon().isNull());
-    // Null pictures given later are taken the same way.
-    button->setHoverIcon(QPixmap());
-    button->setPressIcon(QPixmap());
-    button->setDisableIcon(QPixmap());
-    button->setDefaultIcon(QPixmap());
-    button->setEnabled(true);
-    QVERIFY(button->icon().isNull());
-    QVERIFY(!shown.window.grab().isNull());
-}
-
-void TestButtons::unknownImageKeyGivesEmptyIcon()
-{
-    WarningCollector warnings;
-    auto* button = new OrvaIconButton(QStringLiteral("no_such_picture"));
-    QVERIFY(button->icon().isNull());
-    QVERIFY(warnings.count() >= 4);
-    for (const QString& message : warnings.messages())
-        QVERIFY2(message.startsWith(QLatin1String("Cannot load pixmap \"no_such_picture\"")), qPrintable(message));
-    ButtonWindow shown(button);
-    QVERIFY(shown.ready());
-    sendEnter(button);
-    QTest::mousePress(button, Qt::LeftButton);
-    QTest::mouseRelease(button, Qt::LeftButton);
-    sendLeave(button);
-    QVERIFY(button->icon().isNull());
-    button->setAllIcon(QString());
-    QVERIFY(button->icon().isNull());
-    // A known key afterwards brings the pictures back.
-    button->setAllIcon(QString::fromLatin1(ControlsTheme::fourStateImage));
-    QCOMPARE(shownColour(*button), registryColour(ImageManager::Normal));
-}
-
 void TestButtons::toggleTakesStyleSheet()
 {
     QWidget parent;
     auto* check = new OrvaCheckBox(QStringLiteral("Remember me"), &parent);
     auto* radio = new OrvaRadioButton(QStringLiteral("Daily"), &parent);
-    QCOMPARE(check->parent(), &parent);
-    QCOMPARE(radio->parent(), &parent);
-    QCOMPARE(check->text(), QStringLiteral("Remember me"));
-    QCOMPARE(radio->text(), QStringLiteral("Daily"));
     QVERIFY(!getStyleSheet("component.checkbox", false).isEmpty());
     QCOMPARE(check->styleSheet(), getStyleSheet("component.checkbox", false));
     QCOMPARE(radio->styleSheet(), getStyleSheet("component.radio_button", false));
@@ -538,9 +391,6 @@ void TestButtons::toggleTakesStyleSheet()
     QVERIFY(check->isChecked());
     QTest::mouseClick(radio, Qt::LeftButton);
     QVERIFY(radio->isChecked());
-
-    OrvaCheckBox orphan(QStringLiteral("Alone"));
-    QVERIFY(!orphan.parent());
 }
 
 ORVACAT_TEST_MAIN(TestButtons)
