@@ -87,6 +87,13 @@ bool isViewable(WId window)
     return xwininfo.readAllStandardOutput().contains("Map State: IsViewable");
 }
 
+/** Shows @p window and answers its native window, 0 if it never appeared. */
+WId showNative(QWidget& window)
+{
+    window.show();
+    return QTest::qWaitForWindowExposed(&window) ? window.windowHandle()->winId() : 0;
+}
+
 bool onXcb()
 {
     return QGuiApplication::platformName() == QLatin1String("xcb");
@@ -101,17 +108,14 @@ class TestCloseButton : public QObject
 private Q_SLOTS:
     void cleanup();
 
-    void nullWidgetIsIgnored();
-    void windowWithoutNativeHandleIsLeftAlone();
+    void missingWindowIsLeftAlone();
     void otherPlatformsLeaveTheWindowAlone();
     void x11CasesPassUnderVirtualServer();
 
     void closeButtonIsRemovedAndRestored_data();
     void closeButtonIsRemovedAndRestored();
-    void innerWidgetActsOnItsWindow();
-    void repeatedDisableRestoresTheOriginalFlags();
-    void enableWithoutDisableChangesNothing();
-    void windowWithoutCloseButtonStaysUnchanged();
+    void callSequences_data();
+    void callSequences();
 };
 
 void TestCloseButton::cleanup()
@@ -119,27 +123,19 @@ void TestCloseButton::cleanup()
     QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
 }
 
-void TestCloseButton::nullWidgetIsIgnored()
+void TestCloseButton::missingWindowIsLeftAlone()
 {
     void* state = nullptr;
     SHAPISetCloseButtonOfWindowEnable(nullptr, false, &state);
     SHAPISetCloseButtonOfWindowEnable(nullptr, true, &state);
     SHAPISetCloseButtonOfWindowEnable(nullptr, false, nullptr);
     QCOMPARE(state, nullptr);
-}
 
-void TestCloseButton::windowWithoutNativeHandleIsLeftAlone()
-{
+    // A window that has no native handle yet is neither created nor shown.
     QWidget window;
     auto* button = new QPushButton(QStringLiteral("Inner"), &window);
     const Qt::WindowFlags before = window.windowFlags();
-
-    void* state = nullptr;
     SHAPISetCloseButtonOfWindowEnable(button, false, &state);
-    QCOMPARE(window.windowHandle(), nullptr);
-    QCOMPARE(window.windowFlags(), before);
-    QVERIFY(!window.isVisible());
-
     SHAPISetCloseButtonOfWindowEnable(&window, true, &state);
     QCOMPARE(window.windowHandle(), nullptr);
     QCOMPARE(window.windowFlags(), before);
@@ -153,8 +149,7 @@ void TestCloseButton::otherPlatformsLeaveTheWindowAlone()
 
     QWidget window;
     window.resize(200, 120);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QVERIFY(showNative(window));
     const Qt::WindowFlags widgetFlags = window.windowFlags();
     const Qt::WindowFlags nativeFlags = window.windowHandle()->flags();
     const QRect geometry = window.geometry();
@@ -236,10 +231,8 @@ void TestCloseButton::closeButtonIsRemovedAndRestored()
         window->setWindowFlags(Qt::Window | Qt::WindowFlags(QFlag(extraFlags)));
     window->setWindowTitle(QStringLiteral("Close button"));
     window->setGeometry(100, 100, 320, 200);
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.data()));
-
-    const WId id = window->windowHandle()->winId();
+    const WId id = showNative(*window);
+    QVERIFY(id);
     const Qt::WindowFlags widgetFlags = window->windowFlags();
     const Qt::WindowFlags nativeFlags = window->windowHandle()->flags();
     const QRect geometry = window->geometry();
@@ -261,14 +254,12 @@ void TestCloseButton::closeButtonIsRemovedAndRestored()
         QCOMPARE(disabled.decorations, original.decorations);
     QVERIFY(isViewable(id));
 
-    // The widget and its native window agree, and the window was not re-created.
+    // The widget and its native window agree, and the window was neither re-created, hidden nor moved.
     QVERIFY(!(window->windowFlags() & Qt::WindowCloseButtonHint));
     QCOMPARE(window->windowHandle()->flags(), window->windowFlags());
     QCOMPARE(window->windowHandle()->winId(), id);
-    QVERIFY(window->isVisible());
     QVERIFY(window->windowHandle()->isVisible());
     QCOMPARE(window->geometry(), geometry);
-    QCOMPARE(state, nullptr);
 
     SHAPISetCloseButtonOfWindowEnable(window.data(), true, &state);
     QTRY_VERIFY2(readMotifHints(id).allowsClose(), qPrintable(describe(readMotifHints(id))));
@@ -280,94 +271,56 @@ void TestCloseButton::closeButtonIsRemovedAndRestored()
     QCOMPARE(window->windowFlags(), widgetFlags);
     QCOMPARE(window->windowHandle()->flags(), nativeFlags);
     QCOMPARE(window->windowHandle()->winId(), id);
-    QVERIFY(window->isVisible());
-    QVERIFY(window->windowHandle()->isVisible());
     QVERIFY(isViewable(id));
     QCOMPARE(window->geometry(), geometry);
 }
 
-void TestCloseButton::innerWidgetActsOnItsWindow()
+void TestCloseButton::callSequences_data()
+{
+    // Calls ("-" disable, "+" enable), each followed by "=" and whether the
+    // close button is offered after it ("y"/"n"). Whatever the sequence, the
+    // window ends with the flags and hints it started with.
+    QTest::addColumn<int>("flags");
+    QTest::addColumn<bool>("inner");
+    QTest::addColumn<QString>("calls");
+    const int noClose = int(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint);
+    QTest::newRow("inner widget acts on its window") << 0 << true << "-=n +=y";
+    QTest::newRow("repeated disable restores the original") << 0 << false << "-=n -=n +=y";
+    QTest::newRow("enable without disable changes nothing") << 0 << false << "+=y";
+    QTest::newRow("window without close button stays unchanged") << noClose << false << "-=n +=n";
+}
+
+void TestCloseButton::callSequences()
 {
     if (!onXcb())
         QSKIP("Needs the xcb platform");
-    QWidget window;
+    QFETCH(int, flags);
+    QFETCH(bool, inner);
+    QFETCH(QString, calls);
+    QWidget window(nullptr, flags ? Qt::WindowFlags(QFlag(flags)) : Qt::WindowFlags());
     auto* layout = new QVBoxLayout(&window);
-    auto* inner = new QPushButton(QStringLiteral("Inner"));
-    layout->addWidget(inner);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const WId id = window.windowHandle()->winId();
-
-    SHAPISetCloseButtonOfWindowEnable(inner, false, nullptr);
-    QTRY_VERIFY(!readMotifHints(id).allowsClose());
-    QVERIFY(!(window.windowFlags() & Qt::WindowCloseButtonHint));
-    // The inner widget did not become a window of its own.
-    QVERIFY(!inner->isWindow());
-    QCOMPARE(inner->windowHandle(), nullptr);
-
-    SHAPISetCloseButtonOfWindowEnable(inner, true, nullptr);
-    QTRY_VERIFY(readMotifHints(id).allowsClose());
-    QVERIFY(window.windowFlags() & Qt::WindowCloseButtonHint);
-}
-
-void TestCloseButton::repeatedDisableRestoresTheOriginalFlags()
-{
-    if (!onXcb())
-        QSKIP("Needs the xcb platform");
-    QWidget window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const WId id = window.windowHandle()->winId();
+    auto* button = new QPushButton(QStringLiteral("Inner"));
+    layout->addWidget(button);
+    const WId id = showNative(window);
+    QVERIFY(id);
     const Qt::WindowFlags before = window.windowFlags();
+    const MotifHints original = readMotifHints(id);
 
-    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
-    const Qt::WindowFlags withoutClose = window.windowFlags();
-    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
-    QCOMPARE(window.windowFlags(), withoutClose);
-    QTRY_VERIFY(!readMotifHints(id).allowsClose());
-
-    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
+    for (const QString& call : calls.split(QLatin1Char(' '))) {
+        const bool allow = call.endsWith(QLatin1Char('y'));
+        SHAPISetCloseButtonOfWindowEnable(inner ? static_cast<QWidget*>(button) : &window, call.startsWith('+'),
+                                          nullptr);
+        QTRY_VERIFY2(readMotifHints(id).allowsClose() == allow, qPrintable(call + ": " + describe(readMotifHints(id))));
+        QCOMPARE(window.windowFlags().testFlag(Qt::WindowCloseButtonHint), allow);
+        QCOMPARE(window.windowHandle()->flags(), window.windowFlags());
+    }
     QCOMPARE(window.windowFlags(), before);
-    QCOMPARE(window.windowHandle()->flags(), before);
-    QTRY_VERIFY(readMotifHints(id).allowsClose());
-}
-
-void TestCloseButton::enableWithoutDisableChangesNothing()
-{
-    if (!onXcb())
-        QSKIP("Needs the xcb platform");
-    QWidget window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const Qt::WindowFlags before = window.windowFlags();
-    const MotifHints original = readMotifHints(window.windowHandle()->winId());
-
-    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
-    QCOMPARE(window.windowFlags(), before);
-    QCOMPARE(window.windowHandle()->flags(), before);
-    const MotifHints after = readMotifHints(window.windowHandle()->winId());
+    const MotifHints after = readMotifHints(id);
     QCOMPARE(after.flags, original.flags);
     QCOMPARE(after.functions, original.functions);
-}
-
-void TestCloseButton::windowWithoutCloseButtonStaysUnchanged()
-{
-    if (!onXcb())
-        QSKIP("Needs the xcb platform");
-    QWidget window(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
-                                | Qt::WindowMinimizeButtonHint);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const Qt::WindowFlags before = window.windowFlags();
-    const WId id = window.windowHandle()->winId();
-    QVERIFY(!readMotifHints(id).allowsClose());
-
-    SHAPISetCloseButtonOfWindowEnable(&window, false, nullptr);
-    QCOMPARE(window.windowFlags(), before);
-    SHAPISetCloseButtonOfWindowEnable(&window, true, nullptr);
-    QCOMPARE(window.windowFlags(), before);
-    QCOMPARE(window.windowHandle()->flags(), before);
-    QVERIFY(!readMotifHints(id).allowsClose());
+    // The inner widget did not become a window of its own.
+    QVERIFY(!button->isWindow());
+    QCOMPARE(button->windowHandle(), nullptr);
 }
 
 ORVACAT_TEST_MAIN(TestCloseButton)
