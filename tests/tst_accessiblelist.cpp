@@ -58,6 +58,15 @@ struct Tree
         root.resize(200, 200);
     }
 
+    /** The widget of the tree named @p name, or @p stranger. */
+    QWidget* named(const QString& name, QWidget* stranger)
+    {
+        if (name == QLatin1String("root"))
+            return &root;
+        QWidget* found = root.findChild<QWidget*>(name);
+        return found ? found : stranger;
+    }
+
     QWidget root;
     QWidget* a;
     QWidget* a1;
@@ -76,21 +85,10 @@ class TestAccessibleList : public QObject
 private Q_SLOTS:
     void cleanup();
 
-    void filterDefaultsListEverything();
-    void filterKeepsWhatItIsGiven();
-
-    void focusableWidgetsInCreationOrder();
-    void excludedWidgetKeepsItsChildren();
-    void hiddenSubtreeIsSkipped();
+    void listsTheTree_data();
+    void listsTheTree();
     void hiddenOrNullRootGivesNothing();
     void widgetsAddedLaterComeLast();
-
-    void levelIsComparedAsNumber_data();
-    void levelIsComparedAsNumber();
-    void defaultFilterListsNoFocusWidgetsToo();
-    void filterExclusionKeepsChildren();
-
-    void adjustFocusPolicySetsEveryWidget();
 };
 
 void TestAccessibleList::cleanup()
@@ -98,76 +96,76 @@ void TestAccessibleList::cleanup()
     QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
 }
 
-void TestAccessibleList::filterDefaultsListEverything()
+void TestAccessibleList::listsTheTree_data()
 {
-    AccessibleFilter filter;
-    QVERIFY(filter.filterWidgets().isEmpty());
-    QCOMPARE(filter.focusLevel(), Qt::NoFocus);
+    // Listed from "start" with "excluded" left out, by the list overload
+    // (level -1) or through a filter at "level" (compared as a number), after
+    // hiding "hidden" and giving the widgets of "adjust" ("a,b=policy") a new
+    // focus policy. "stranger" is a widget of another tree.
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QStringList>("excluded");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<QStringList>("hidden");
+    QTest::addColumn<QString>("adjust");
+    QTest::addColumn<QStringList>("expected");
+    const QStringList all{"root", "a", "a1", "a2", "b", "b1", "c"};
+    const QStringList focusable{"root", "a1", "a2", "b", "b1", "c"};
+
+    QTest::newRow("creation order") << "root" << QStringList() << -1 << QStringList() << "" << focusable;
+    QTest::newRow("sub-tree from its own root") << "b" << QStringList() << -1 << QStringList() << "" << QStringList{"b", "b1"};
+    QTest::newRow("excluded keep their children")
+        << "root" << QStringList{"root", "b"} << -1 << QStringList() << "" << QStringList{"a1", "a2", "b1", "c"};
+    QTest::newRow("another tree's widget excluded changes nothing")
+        << "root" << QStringList{"stranger"} << -1 << QStringList() << "" << focusable;
+    QTest::newRow("hidden sub-trees skipped")
+        << "root" << QStringList() << -1 << QStringList{"a", "b1"} << "" << QStringList{"root", "b", "c"};
+    QTest::newRow("hidden sub-trees skipped by the filter too")
+        << "root" << QStringList() << 0 << QStringList{"a", "b1"} << "" << QStringList{"root", "b", "c"};
+    QTest::newRow("no focus: every visible widget") << "root" << QStringList() << 0 << QStringList() << "" << all;
+    QTest::newRow("tab: every focusable widget") << "root" << QStringList() << 1 << QStringList() << "" << focusable;
+    QTest::newRow("click: tab-only widgets left out")
+        << "root" << QStringList() << 2 << QStringList() << "" << QStringList{"root", "a2", "b", "b1"};
+    QTest::newRow("strong: strong and wheel only")
+        << "root" << QStringList() << 11 << QStringList() << "" << QStringList{"root", "b", "b1"};
+    QTest::newRow("wheel: wheel only") << "root" << QStringList() << 15 << QStringList() << "" << QStringList{"b"};
+    QTest::newRow("filter exclusion keeps children")
+        << "root" << QStringList{"b", "a2"} << 1 << QStringList() << "" << QStringList{"root", "a1", "b1", "c"};
+    QTest::newRow("children of a too low policy still visited")
+        << "root" << QStringList() << 11 << QStringList() << "b=1" << QStringList{"root", "b1"};
+    QTest::newRow("adjusted policies only for the listed widgets")
+        << "root" << QStringList() << 2 << QStringList() << "a,c=2" << QStringList{"root", "a", "a2", "b", "b1", "c"};
+    QTest::newRow("adjusted to no focus") << "root" << QStringList() << -1 << QStringList() << "b,b1=0"
+                                          << QStringList{"root", "a1", "a2", "c"};
 }
 
-void TestAccessibleList::filterKeepsWhatItIsGiven()
+void TestAccessibleList::listsTheTree()
 {
-    QWidget one;
-    QWidget two;
-    AccessibleFilter filter({&one}, Qt::ClickFocus);
-    QCOMPARE(filter.filterWidgets(), QList<QWidget*>({&one}));
-    QCOMPARE(filter.focusLevel(), Qt::ClickFocus);
-
-    // The list is handed out by reference: callers may extend it in place.
-    filter.filterWidgets().append(&two);
-    QCOMPARE(filter.filterWidgets(), QList<QWidget*>({&one, &two}));
-
-    filter.setFilterWidgets({&two});
-    QCOMPARE(filter.filterWidgets(), QList<QWidget*>({&two}));
-    filter.setFocusLevel(Qt::StrongFocus);
-    QCOMPARE(filter.focusLevel(), Qt::StrongFocus);
-
-    // A copy is independent of the original.
-    AccessibleFilter copy = filter;
-    copy.filterWidgets().clear();
-    QCOMPARE(filter.filterWidgets().size(), 1);
-}
-
-void TestAccessibleList::focusableWidgetsInCreationOrder()
-{
+    QFETCH(QString, start);
+    QFETCH(QStringList, excluded);
+    QFETCH(int, level);
+    QFETCH(QStringList, hidden);
+    QFETCH(QString, adjust);
+    QFETCH(QStringList, expected);
     Tree tree;
-    tree.root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
-
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>())),
-             QStringList({"root", "a1", "a2", "b", "b1", "c"}));
-    // A sub-tree lists from its own root.
-    QCOMPARE(namesOf(accessibleList(tree.b, QList<QWidget*>())), QStringList({"b", "b1"}));
-}
-
-void TestAccessibleList::excludedWidgetKeepsItsChildren()
-{
-    Tree tree;
-    tree.root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
-
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>({&tree.root, tree.b}))),
-             QStringList({"a1", "a2", "b1", "c"}));
-    // Widgets of another tree in the list change nothing.
     QWidget stranger;
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>({&stranger}))),
-             QStringList({"root", "a1", "a2", "b", "b1", "c"}));
-}
-
-void TestAccessibleList::hiddenSubtreeIsSkipped()
-{
-    Tree tree;
-    tree.a->hide();
-    tree.b1->hide();
+    QList<QWidget*> exclude;
+    for (const QString& name : qAsConst(excluded))
+        exclude << tree.named(name, &stranger);
+    for (const QString& name : qAsConst(hidden))
+        tree.named(name, nullptr)->hide();
+    if (!adjust.isEmpty()) {
+        QList<QWidget*> widgets;
+        for (const QString& name : adjust.section(QLatin1Char('='), 0, 0).split(QLatin1Char(',')))
+            widgets << tree.named(name, nullptr);
+        adjustFocusPolicy(Qt::FocusPolicy(adjust.section(QLatin1Char('='), 1).toInt()), widgets);
+    }
     tree.root.show();
     QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
 
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>())), QStringList({"root", "b", "c"}));
-    QCOMPARE(namesOf(accessibleList(&tree.root, AccessibleFilter())), QStringList({"root", "b", "c"}));
-
-    tree.a->show();
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>())),
-             QStringList({"root", "a1", "a2", "b", "c"}));
+    QWidget* root = tree.named(start, nullptr);
+    const QList<QWidget*> listed = level < 0 ? accessibleList(root, exclude)
+                                             : accessibleList(root, AccessibleFilter(exclude, Qt::FocusPolicy(level)));
+    QCOMPARE(namesOf(listed), expected);
 }
 
 void TestAccessibleList::hiddenOrNullRootGivesNothing()
@@ -177,6 +175,7 @@ void TestAccessibleList::hiddenOrNullRootGivesNothing()
     QVERIFY(accessibleList(&tree.root, AccessibleFilter()).isEmpty());
     QVERIFY(accessibleList(nullptr, QList<QWidget*>()).isEmpty());
     QVERIFY(accessibleList(nullptr, AccessibleFilter({}, Qt::TabFocus)).isEmpty());
+    adjustFocusPolicy(Qt::TabFocus, {});
 }
 
 void TestAccessibleList::widgetsAddedLaterComeLast()
@@ -201,84 +200,6 @@ void TestAccessibleList::widgetsAddedLaterComeLast()
     layout->addWidget(third);
     third->show();
     QCOMPARE(namesOf(accessibleList(&root, QList<QWidget*>())), QStringList({"second", "first", "third"}));
-}
-
-void TestAccessibleList::levelIsComparedAsNumber_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<QStringList>("expected");
-
-    QTest::newRow("no focus: every visible widget")
-        << int(Qt::NoFocus) << QStringList({"root", "a", "a1", "a2", "b", "b1", "c"});
-    QTest::newRow("tab: every focusable widget")
-        << int(Qt::TabFocus) << QStringList({"root", "a1", "a2", "b", "b1", "c"});
-    QTest::newRow("click: tab-only widgets left out")
-        << int(Qt::ClickFocus) << QStringList({"root", "a2", "b", "b1"});
-    QTest::newRow("strong: strong and wheel only")
-        << int(Qt::StrongFocus) << QStringList({"root", "b", "b1"});
-    QTest::newRow("wheel: wheel only") << int(Qt::WheelFocus) << QStringList({"b"});
-}
-
-void TestAccessibleList::levelIsComparedAsNumber()
-{
-    QFETCH(int, level);
-    QFETCH(QStringList, expected);
-
-    Tree tree;
-    tree.root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
-
-    const AccessibleFilter filter({}, Qt::FocusPolicy(level));
-    QCOMPARE(namesOf(accessibleList(&tree.root, filter)), expected);
-}
-
-void TestAccessibleList::defaultFilterListsNoFocusWidgetsToo()
-{
-    QWidget root;
-    root.setObjectName(QStringLiteral("root"));
-    auto* label = makeWidget("plain", Qt::NoFocus, &root);
-    Q_UNUSED(label)
-    root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&root));
-
-    QCOMPARE(namesOf(accessibleList(&root, AccessibleFilter())), QStringList({"root", "plain"}));
-    // The list form never lists NoFocus widgets.
-    QVERIFY(accessibleList(&root, QList<QWidget*>()).isEmpty());
-}
-
-void TestAccessibleList::filterExclusionKeepsChildren()
-{
-    Tree tree;
-    tree.root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
-
-    const AccessibleFilter filter({tree.b, tree.a2}, Qt::TabFocus);
-    QCOMPARE(namesOf(accessibleList(&tree.root, filter)), QStringList({"root", "a1", "b1", "c"}));
-    // The children of a widget whose policy is too low are still visited.
-    const AccessibleFilter strong({}, Qt::StrongFocus);
-    tree.b->setFocusPolicy(Qt::TabFocus);
-    QCOMPARE(namesOf(accessibleList(&tree.root, strong)), QStringList({"root", "b1"}));
-}
-
-void TestAccessibleList::adjustFocusPolicySetsEveryWidget()
-{
-    Tree tree;
-    adjustFocusPolicy(Qt::ClickFocus, {tree.a, tree.a1, tree.c});
-    QCOMPARE(tree.a->focusPolicy(), Qt::ClickFocus);
-    QCOMPARE(tree.a1->focusPolicy(), Qt::ClickFocus);
-    QCOMPARE(tree.c->focusPolicy(), Qt::ClickFocus);
-    // Widgets not in the list keep theirs.
-    QCOMPARE(tree.b->focusPolicy(), Qt::WheelFocus);
-    QCOMPARE(tree.a2->focusPolicy(), Qt::ClickFocus);
-    QCOMPARE(tree.root.focusPolicy(), Qt::StrongFocus);
-
-    adjustFocusPolicy(Qt::NoFocus, {tree.b, tree.b1});
-    tree.root.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&tree.root));
-    QCOMPARE(namesOf(accessibleList(&tree.root, QList<QWidget*>())), QStringList({"root", "a", "a1", "a2", "c"}));
-
-    // An empty list is fine.
-    adjustFocusPolicy(Qt::TabFocus, {});
 }
 
 ORVACAT_TEST_MAIN(TestAccessibleList)
