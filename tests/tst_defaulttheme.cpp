@@ -182,18 +182,14 @@ private Q_SLOTS:
     void styleKeyIsDefined();
     void styleFilesHoldTheirOwnSections_data();
     void styleFilesHoldTheirOwnSections();
-    void stylesSurviveTheRegistrysRules_data();
-    void stylesSurviveTheRegistrysRules();
     void styleImagesResolveToWrittenFiles();
     void comboBoxTemplateTakesItsTwoDeclarations();
     void lineEditHasAnErrorLook();
 
     void imageKeyIsCatalogued_data();
     void imageKeyIsCatalogued();
-    void everyCataloguedImageIsDrawnAtFourTimesItsSize();
-    void iconButtonStatesShareOneSize();
+    void cataloguedImagesAreDrawnAndWritten();
     void shadowFadesOutwards();
-    void tmpImagesAreWrittenScaled();
 
     void stringTableDefinesEveryKey_data();
     void stringTableDefinesEveryKey();
@@ -235,12 +231,31 @@ void TestDefaultTheme::styleKeyIsDefined()
 {
     QFETCH(QString, key);
     WarningCollector warnings;
-    const QString sheet = getStyleSheet(key, false);
+    const QString raw = getStyleSheet(key, true);
+    const QString scaled = getStyleSheet(key, false);
     QVERIFY2(warnings.count() == 0, qPrintable(warnings.messages().join(QLatin1Char('\n'))));
-    QVERIFY(!sheet.trimmed().isEmpty());
-    // Balanced braces: a section that swallowed the next header would not be.
-    QCOMPARE(sheet.count(QLatin1Char('{')), sheet.count(QLatin1Char('}')));
-    QVERIFY(!sheet.contains(QLatin1String("==")));
+    QVERIFY(!scaled.trimmed().isEmpty());
+    // Balanced braces and no header: a section that swallowed the next one would fail both.
+    QCOMPARE(scaled.count(QLatin1Char('{')), scaled.count(QLatin1Char('}')));
+    QVERIFY(!scaled.contains(QLatin1String("==")));
+    // A "//" would have eaten the rest of its line and the next header.
+    for (const char* banned : {"//", "IMG_LOC", "/*"})
+        QVERIFY2(!raw.contains(QLatin1String(banned)), banned);
+
+    // The scaler rereads a length from its fourth character: keep them short,
+    // and every length survives the scaling as a length.
+    static const QRegularExpression length(QStringLiteral("(\\d+\\.?\\d*)px"));
+    int lengths = 0;
+    for (auto it = length.globalMatch(raw); it.hasNext(); ++lengths) {
+        const QRegularExpressionMatch match = it.next();
+        QVERIFY2(match.capturedLength(1) <= 3, qPrintable(key + QLatin1String(": ") + match.captured(0)));
+    }
+    int scaledLengths = 0;
+    for (auto it = length.globalMatch(scaled); it.hasNext(); it.next())
+        ++scaledLengths;
+    QCOMPARE(scaledLengths, lengths);
+    QCOMPARE(scaled.count(QLatin1String("px")), raw.count(QLatin1String("px")));
+    QCOMPARE(scaled.count(QLatin1Char('\n')), raw.count(QLatin1Char('\n')));
 }
 
 void TestDefaultTheme::styleFilesHoldTheirOwnSections_data()
@@ -285,40 +300,6 @@ void TestDefaultTheme::styleFilesHoldTheirOwnSections()
         QVERIFY2(known.contains(QFileInfo(each).fileName()), qPrintable(each));
 }
 
-void TestDefaultTheme::stylesSurviveTheRegistrysRules_data()
-{
-    styleKeyIsDefined_data();
-}
-
-void TestDefaultTheme::stylesSurviveTheRegistrysRules()
-{
-    QFETCH(QString, key);
-    const QString raw = getStyleSheet(key, true);
-    QVERIFY(!raw.isEmpty());
-
-    // The scaler rereads a length from its fourth character: keep them short.
-    static const QRegularExpression length(QStringLiteral("(\\d+\\.?\\d*)px"));
-    int lengths = 0;
-    QRegularExpressionMatchIterator it = length.globalMatch(raw);
-    while (it.hasNext()) {
-        const QRegularExpressionMatch match = it.next();
-        QVERIFY2(match.capturedLength(1) <= 3, qPrintable(key + QLatin1String(": ") + match.captured(0)));
-        ++lengths;
-    }
-    const QString scaled = getStyleSheet(key, false);
-    QCOMPARE(scaled.count(QLatin1String("px")), raw.count(QLatin1String("px")));
-    int scaledLengths = 0;
-    for (it = length.globalMatch(scaled); it.hasNext(); it.next())
-        ++scaledLengths;
-    QCOMPARE(scaledLengths, lengths);
-    QCOMPARE(scaled.count(QLatin1Char('\n')), raw.count(QLatin1Char('\n')));
-
-    // A "//" would have eaten the rest of its line and the next header.
-    QVERIFY(!raw.contains(QLatin1String("//")));
-    QVERIFY(!raw.contains(QLatin1String("IMG_LOC")));
-    QVERIFY(!raw.contains(QLatin1String("/*")));
-}
-
 void TestDefaultTheme::styleImagesResolveToWrittenFiles()
 {
     const QStringList tmpNames = namesOf(catalogue(m_themeDir), "tmp_images");
@@ -355,14 +336,13 @@ void TestDefaultTheme::comboBoxTemplateTakesItsTwoDeclarations()
 {
     const QString raw = getStyleSheet("component.combobox", true);
     QCOMPARE(raw.count(QLatin1Char('%')), 2);
-    QCOMPARE(raw.count(QLatin1String("%1")), 1);
-    QCOMPARE(raw.count(QLatin1String("%2")), 1);
     // Both declarations land inside the QComboBox rule itself.
     const int rule = raw.indexOf(QLatin1String("QComboBox {"));
-    QVERIFY(rule >= 0);
     const int end = raw.indexOf(QLatin1Char('}'), rule);
-    QVERIFY(raw.indexOf(QLatin1String("%1")) > rule && raw.indexOf(QLatin1String("%1")) < end);
-    QVERIFY(raw.indexOf(QLatin1String("%2")) > rule && raw.indexOf(QLatin1String("%2")) < end);
+    for (const char* place : {"%1", "%2"}) {
+        const int at = raw.indexOf(QLatin1String(place));
+        QVERIFY2(rule >= 0 && at > rule && at < end, place);
+    }
 
     const QString filled = getStyleSheet("component.combobox", false)
                                .arg(QString(), 0, QLatin1Char(' '))
@@ -400,11 +380,18 @@ void TestDefaultTheme::imageKeyIsCatalogued()
         QVERIFY2(!pixmap.isNull(), qPrintable(key + QLatin1String(stateSuffixes[state])));
         const QImage file(ImageManager::getInstance()->getImageFullPath(key + QLatin1String(stateSuffixes[state])));
         QCOMPARE(pixmap.size(), registrySize(file.size(), true));
+        // An icon button's pictures share one size, or it would jump between states.
+        QCOMPARE(file.size(), QImage(ImageManager::getInstance()->getImageFullPath(key)).size());
+    }
+    // The search button is shown inside a 34 x 24 button of a 28-pixel field.
+    if (key == QLatin1String("bt_search_dropdown")) {
+        const QImage search(ImageManager::getInstance()->getImageFullPath(key));
+        QVERIFY(search.width() <= 4 * 34 && search.height() <= 4 * 24);
     }
     QVERIFY2(warnings.count() == 0, qPrintable(warnings.messages().join(QLatin1Char('\n'))));
 }
 
-void TestDefaultTheme::everyCataloguedImageIsDrawnAtFourTimesItsSize()
+void TestDefaultTheme::cataloguedImagesAreDrawnAndWritten()
 {
     const QJsonObject json = catalogue(m_themeDir);
     QStringList names = namesOf(json, "images") + namesOf(json, "tmp_images");
@@ -422,6 +409,13 @@ void TestDefaultTheme::everyCataloguedImageIsDrawnAtFourTimesItsSize()
             QVERIFY2(image.width() % 4 == 0 && image.height() % 4 == 0, qPrintable(path));
         }
     }
+    // The style sheets' pictures are written out at the registry's size.
+    for (const QString& name : namesOf(json, "tmp_images")) {
+        const QImage source(ImageManager::getInstance()->getImageFullPath(name));
+        const QString path = ImageManager::getInstance()->getTempImageFullPath(name);
+        QCOMPARE(QFileInfo(path).fileName(), QLatin1String("tmp_") + name + QLatin1String(".png"));
+        QCOMPARE(QImage(path).size(), registrySize(source.size(), false));
+    }
     // Nothing is drawn that the catalogue does not name.
     const QStringList files = images.entryList({QStringLiteral("*.png")}, QDir::Files);
     for (const QString& file : files) {
@@ -433,24 +427,6 @@ void TestDefaultTheme::everyCataloguedImageIsDrawnAtFourTimesItsSize()
         }
         QVERIFY2(named, qPrintable(file));
     }
-}
-
-void TestDefaultTheme::iconButtonStatesShareOneSize()
-{
-    for (const ImageKey& entry : imageKeys) {
-        if (!entry.fourStates)
-            continue;
-        const QString key = QString::fromLatin1(entry.key);
-        const QSize normal = QImage(ImageManager::getInstance()->getImageFullPath(key)).size();
-        QVERIFY(!normal.isEmpty());
-        for (const char* suffix : stateSuffixes) {
-            const QImage image(ImageManager::getInstance()->getImageFullPath(key + QLatin1String(suffix)));
-            QCOMPARE(image.size(), normal);
-        }
-    }
-    // The search button is shown inside a 34 x 24 button of a 28-pixel field.
-    const QImage search(ImageManager::getInstance()->getImageFullPath(QStringLiteral("bt_search_dropdown")));
-    QVERIFY(search.width() <= 4 * 34 && search.height() <= 4 * 24);
 }
 
 void TestDefaultTheme::shadowFadesOutwards()
@@ -487,20 +463,6 @@ void TestDefaultTheme::shadowFadesOutwards()
     for (int i = 0; i <= last; ++i) {
         QVERIFY(qAbs(qAlpha(corner.pixel(i, last)) - qAlpha(left.pixel(i, middle))) <= 2);
         QVERIFY(qAbs(qAlpha(corner.pixel(last, i)) - qAlpha(top.pixel(top.width() / 2, i))) <= 2);
-    }
-}
-
-void TestDefaultTheme::tmpImagesAreWrittenScaled()
-{
-    const QStringList names = namesOf(catalogue(m_themeDir), "tmp_images");
-    QVERIFY(!names.isEmpty());
-    for (const QString& name : names) {
-        const QImage source(ImageManager::getInstance()->getImageFullPath(name));
-        const QString path = ImageManager::getInstance()->getTempImageFullPath(name);
-        QVERIFY2(QFileInfo(path).fileName() == QLatin1String("tmp_") + name + QLatin1String(".png"), qPrintable(path));
-        const QImage written(path);
-        QVERIFY2(!written.isNull(), qPrintable(path));
-        QCOMPARE(written.size(), registrySize(source.size(), false));
     }
 }
 
