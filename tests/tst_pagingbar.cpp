@@ -138,10 +138,8 @@ private Q_SLOTS:
 
     void footerLabelsAreReused();
     void rightmostLabelStyleFollowsHiddenRefresh();
-    void footerTextHelpers();
 
     void strangePagesDoNotCrash();
-    void unknownPageButtonIsIgnored();
     void missingModelIsSurvived();
 };
 
@@ -456,6 +454,21 @@ void TestPagingBar::footerLabelsAreReused()
     QVERIFY(regrown.at(1) != second.data());
     QVERIFY(second->isHidden());
 
+    // One info, or one text, leaves one label; a text alone keeps its width.
+    f.bar->setFooterInfo({QStringLiteral("only"), 70});
+    QCOMPARE(f.footerLabels().size(), 1);
+    QCOMPARE(f.footerLabels().at(0)->text(), QStringLiteral("only"));
+    f.bar->setFooterText(QStringLiteral("text"));
+    QCOMPARE(f.footerLabels().size(), 1);
+    QCOMPARE(f.footerLabels().at(0)->text(), QStringLiteral("text"));
+    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
+
+    // A negative width is refused with a warning, and the label keeps its width.
+    WarningCollector warnings;
+    f.bar->setFooterInfo({QStringLiteral("label"), -40});
+    QCOMPARE(warnings.count(), 1);
+    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
+
     f.bar->setFooterInfos({});
     QCOMPARE(f.footerLabels().size(), 0);
 }
@@ -466,24 +479,18 @@ void TestPagingBar::rightmostLabelStyleFollowsHiddenRefresh()
     const QString rightmost = getStyleSheet("component.paging_bar_rightmost_label", false);
     QVERIFY2(plain != rightmost, "the theme must tell the two label looks apart");
 
-    {
+    for (const bool hiddenFirst : {false, true}) {
         BarFixture f;
+        if (hiddenFirst)
+            f.bar->setRefreshButtonHidden(true);
         f.bar->setFooterInfos({{QStringLiteral("one"), 0}, {QStringLiteral("two"), 0}});
         QCOMPARE(f.footerLabels().size(), 2);
-        QCOMPARE(f.footerLabels().at(0)->styleSheet(), plain);
+        QCOMPARE(f.footerLabels().at(0)->styleSheet(), hiddenFirst ? rightmost : plain);
         QCOMPARE(f.footerLabels().at(1)->styleSheet(), plain);
         // Hiding the button later restyles nothing.
         f.bar->setRefreshButtonHidden(true);
         f.bar->setFooterText(QStringLiteral("one again"));
-        QCOMPARE(f.footerLabels().at(0)->styleSheet(), plain);
-    }
-    {
-        BarFixture f;
-        f.bar->setRefreshButtonHidden(true);
-        f.bar->setFooterInfos({{QStringLiteral("one"), 0}, {QStringLiteral("two"), 0}});
-        QCOMPARE(f.footerLabels().size(), 2);
-        QCOMPARE(f.footerLabels().at(0)->styleSheet(), rightmost);
-        QCOMPARE(f.footerLabels().at(1)->styleSheet(), plain);
+        QCOMPARE(f.footerLabels().at(0)->styleSheet(), hiddenFirst ? rightmost : plain);
     }
     {
         // Explicitly hidden counts, not being off screen: a bar never shown still has a visible refresh button.
@@ -494,27 +501,6 @@ void TestPagingBar::rightmostLabelStyleFollowsHiddenRefresh()
         QCOMPARE(labels.size(), 1);
         QCOMPARE(labels.at(0)->styleSheet(), plain);
     }
-}
-
-void TestPagingBar::footerTextHelpers()
-{
-    BarFixture f;
-    f.bar->setFooterInfos({{QStringLiteral("a"), 50}, {QStringLiteral("b"), 50}});
-    f.bar->setFooterInfo({QStringLiteral("only"), 70});
-    QCOMPARE(f.footerLabels().size(), 1);
-    QCOMPARE(f.footerLabels().at(0)->text(), QStringLiteral("only"));
-    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
-    f.bar->setFooterText(QStringLiteral("text"));
-    QCOMPARE(f.footerLabels().size(), 1);
-    QCOMPARE(f.footerLabels().at(0)->text(), QStringLiteral("text"));
-    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
-
-    // A negative width is refused with a warning, and the label keeps its width.
-    WarningCollector warnings;
-    f.bar->setFooterInfo({QStringLiteral("label"), -40});
-    QCOMPARE(warnings.count(), 1);
-    QCOMPARE(f.footerLabels().size(), 1);
-    QCOMPARE(f.footerLabels().at(0)->width(), TestEnvironment::scaled(70));
 }
 
 void TestPagingBar::strangePagesDoNotCrash()
@@ -545,18 +531,13 @@ void TestPagingBar::strangePagesDoNotCrash()
     QCOMPARE(f.pageTexts(), (QStringList{" ", " ", " ", " ", " "}));
     f.bar->prev_5_page();
     QCOMPARE(f.model.nowPage(), 1);
-}
 
-void TestPagingBar::unknownPageButtonIsIgnored()
-{
-    BarFixture f;
-    f.bar->setItemCount(300);
+    // Page buttons past the five are refused with a warning; a blank one names no page.
     QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
     WarningCollector warnings;
     f.bar->pageClick(5);
     f.bar->pageClick(-1);
     QCOMPARE(warnings.count(), 2);
-    // A blank button names no page.
     f.bar->pageClick(0);
     QCOMPARE(changed.count(), 0);
     QCOMPARE(f.model.nowPage(), 1);

@@ -87,6 +87,17 @@ void sendMouse(QWidget* widget, QEvent::Type type, const QPoint& pos, Qt::MouseB
     QApplication::sendEvent(widget, &event);
 }
 
+// Drags the right edge of @p section of @p header by @p distance, in two moves.
+void dragEdge(QHeaderView* header, int section, int distance)
+{
+    QWidget* port = header->viewport();
+    const QPoint edge(header->sectionViewportPosition(section) + header->sectionSize(section) - 1, header->height() / 2);
+    sendMouse(port, QEvent::MouseButtonPress, edge, Qt::LeftButton);
+    sendMouse(port, QEvent::MouseMove, edge + QPoint(distance / 2, 0), Qt::LeftButton);
+    sendMouse(port, QEvent::MouseMove, edge + QPoint(distance, 0), Qt::LeftButton);
+    sendMouse(port, QEvent::MouseButtonRelease, edge + QPoint(distance, 0), Qt::NoButton);
+}
+
 } // namespace
 
 class TestTableWidget : public QObject
@@ -249,23 +260,13 @@ void TestTableWidget::draggingAHeaderEdgeResizesTheBodyColumn()
     QVERIFY(QTest::qWaitForWindowExposed(&table));
 
     QHeaderView* header = table.getHeader();
-    QWidget* port = header->viewport();
-    const int edge = header->sectionViewportPosition(0) + header->sectionSize(0) - 1;
-    const int y = header->height() / 2;
     const int drag = TestEnvironment::scaled(40);
-    sendMouse(port, QEvent::MouseButtonPress, QPoint(edge, y), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseMove, QPoint(edge + drag / 2, y), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseMove, QPoint(edge + drag, y), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseButtonRelease, QPoint(edge + drag, y), Qt::NoButton);
-
+    dragEdge(header, 0, drag);
     QCOMPARE(header->sectionSize(0), TestEnvironment::scaled(150) + drag);
     QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(0), header->sectionSize(0));
 
     // The fixed column does not give way to a drag.
-    const int fixedEdge = header->sectionViewportPosition(1) + header->sectionSize(1) - 1;
-    sendMouse(port, QEvent::MouseButtonPress, QPoint(fixedEdge, y), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseMove, QPoint(fixedEdge + drag, y), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseButtonRelease, QPoint(fixedEdge + drag, y), Qt::NoButton);
+    dragEdge(header, 1, drag);
     QCOMPARE(header->sectionSize(1), TestEnvironment::scaled(100));
     QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(1), TestEnvironment::scaled(100));
 }
