@@ -4,6 +4,7 @@
 #include "testmain.h"
 #include "testenvironment.h"
 #include "modalrun.h"
+#include "motifhints.h"
 
 #include <orvacat/messagehelpers.h>
 #include <orvacat/orvainputsheet.h>
@@ -18,28 +19,10 @@ using namespace ModalRun;
 
 namespace {
 
-constexpr quint32 MwmHintsFunctions = 0x1;
-constexpr quint32 MwmFuncClose = 0x20;
-
-/** Whether the window manager may offer "close" for @p window, as xprop reads its Motif hints. */
+/** Whether the window manager may offer "close" for @p window. */
 bool allowsClose(WId window)
 {
-    QProcess xprop;
-    xprop.start(QStringLiteral("xprop"),
-                {QStringLiteral("-id"), QString::number(window), QStringLiteral("_MOTIF_WM_HINTS")});
-    if (!xprop.waitForFinished(10000) || xprop.exitCode() != 0)
-        return true;
-    // "_MOTIF_WM_HINTS(_MOTIF_WM_HINTS) = 0x3, 0x3e, 0x7e, 0x0, 0x0", or "... not found."
-    const QString output = QString::fromLocal8Bit(xprop.readAllStandardOutput()).trimmed();
-    const int equals = output.indexOf(QLatin1Char('='));
-    if (equals < 0)
-        return true;
-    const QStringList values = output.mid(equals + 1).split(QLatin1Char(','), Qt::SkipEmptyParts);
-    if (values.size() < 2)
-        return true;
-    const quint32 flags = values.at(0).trimmed().toUInt(nullptr, 0);
-    const quint32 functions = values.at(1).trimmed().toUInt(nullptr, 0);
-    return !(flags & MwmHintsFunctions) || (functions & MwmFuncClose);
+    return MotifHintsReader::readMotifHints(window).allowsClose();
 }
 
 } // namespace
