@@ -4,6 +4,7 @@
 #include <orvacat/dpiinfo.h>
 
 #include <QLabel>
+#include <QVBoxLayout>
 #include <QString>
 
 // Small pieces every gallery page is built from, so that the pages share one
@@ -22,6 +23,14 @@ inline QLabel* note(const QString& text)
     label->setWordWrap(true);
     label->setStyleSheet(QStringLiteral("color: #5F6368;"));
     return label;
+}
+
+/** The page's own column, with the margins every page keeps from the page list. */
+inline QVBoxLayout* pageLayout(QWidget* page)
+{
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    return layout;
 }
 
 #endif // ORVACAT_GALLERY_PAGEBUILDING_H

@@ -103,8 +103,7 @@ QGroupBox* barSection(const QString& title, const QString& path, int width, cons
 QWidget* createPage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(14));
     layout->addWidget(barSection(QStringLiteral("A long path in a narrow bar"), QString::fromUtf8(longPath), px(420),
                                  QStringLiteral("The bar shows the end of the path. The folder button at its left "

@@ -169,8 +169,7 @@ QGroupBox* toggleSection()
 QWidget* createPage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(14));
     layout->addWidget(pushButtonSection());
     layout->addWidget(iconButtonSection());

@@ -117,8 +117,7 @@ QWidget* calendarSection()
 QWidget* createPage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(22));
     layout->addWidget(selectorSection());
     layout->addWidget(calendarSection());

@@ -99,8 +99,7 @@ public:
         auto* frameLayout = new QVBoxLayout(m_frame);
         frameLayout->setContentsMargins(1, 1, 1, 1);
 
-        auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(px(24), px(18), px(24), px(18));
+        auto* layout = pageLayout(this);
         layout->setSpacing(px(12));
         layout->addWidget(intro);
         layout->addLayout(controls);

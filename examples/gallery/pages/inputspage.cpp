@@ -190,8 +190,7 @@ QGroupBox* footbarSection()
 QWidget* createPage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(14));
 
     auto* top = new QHBoxLayout;

@@ -160,8 +160,7 @@ public:
     MessagesPage()
         : m_result(new QLabel(QStringLiteral("No message opened yet.")))
     {
-        auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(px(24), px(18), px(24), px(18));
+        auto* layout = pageLayout(this);
         layout->setSpacing(px(14));
 
         auto* resultBox = new QGroupBox(QStringLiteral("Last result"));

@@ -156,8 +156,7 @@ private:
 QWidget* createPage()
 {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(10));
     layout->addWidget(note(QStringLiteral(
         "3,000 generated orders, 50 to a page. The current page always sits in the middle button; the arrows "

@@ -192,8 +192,7 @@ QWidget* createPage()
     controls->addWidget(new QLabel(QStringLiteral("Sort")));
     controls->addWidget(sort);
 
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(10));
     layout->addWidget(note(QStringLiteral(
         "Type in the filter bar and press Return: the list keeps the names that match. The search button (or "

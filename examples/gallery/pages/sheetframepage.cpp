@@ -211,7 +211,7 @@ QWidget* createPage()
 {
     auto* page = new QWidget;
     page->setObjectName(QStringLiteral("sheetFramePage"));
-    auto* layout = new QVBoxLayout(page);
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(12));
 
     auto* box = new QGroupBox(QStringLiteral("A sheet over its window"));

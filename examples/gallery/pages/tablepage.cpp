@@ -122,8 +122,7 @@ QWidget* createPage()
     side->setMaximumWidth(px(260));
 
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(px(24), px(18), px(24), px(18));
+    auto* layout = pageLayout(page);
     layout->setSpacing(px(10));
     layout->addWidget(note(QStringLiteral("300 generated files. The header stays put while the rows scroll; drag the "
                                           "splitter to narrow the table below its columns' minimums and it scrolls "
