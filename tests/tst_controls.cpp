@@ -327,18 +327,18 @@ namespace {
  * flush position (flush itself counts as past); "before:N": N pixels before
  * @p low; "corner": its start near @p high; "half": half of it before @p low.
  */
-QPair<int, int> menuAxis(const QString& spec, int low, int high, int length)
+QPair<int, int> menuAxis(const QString& placement, int low, int high, int length)
 {
-    const int amount = spec.section(QLatin1Char(':'), 1).toInt();
-    if (spec == QLatin1String("in"))
+    const int amount = placement.section(QLatin1Char(':'), 1).toInt();
+    if (placement == QLatin1String("in"))
         return {high - length, high - length};
-    if (spec.startsWith(QLatin1String("past")))
+    if (placement.startsWith(QLatin1String("past")))
         return {high + 1 - length + amount, high - length};
-    if (spec.startsWith(QLatin1String("before")))
+    if (placement.startsWith(QLatin1String("before")))
         return {low - amount, 0};
-    if (spec == QLatin1String("corner"))
+    if (placement == QLatin1String("corner"))
         return {high - 5, high - length};
-    if (spec == QLatin1String("half"))
+    if (placement == QLatin1String("half"))
         return {low - length / 2, 0};
     return {low + 50, low + 50};
 }
