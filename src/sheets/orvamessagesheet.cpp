@@ -292,27 +292,15 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, QWidget* parent)
 }
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, QWidget* parent)
-    : OrvaSheet(parent)
-    , d(new OrvaMessageSheetPrivate(this))
-    , m_blockWindowButton(true)
+    : OrvaMessageSheet(type, text, MsgBoxCustomBtnText(), parent)
 {
-    d->type = type;
-    d->initialize();
-    setText(text);
-    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText,
                                    QWidget* parent)
-    : OrvaSheet(parent)
-    , d(new OrvaMessageSheetPrivate(this))
-    , m_blockWindowButton(true)
+    : OrvaMessageSheet(type, text, parent)
 {
-    d->type = type;
-    d->initialize();
-    setText(text);
     setInformativeText(informativeText);
-    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent)
