@@ -43,4 +43,15 @@ QStringList visibleTopLevels()
     return names;
 }
 
+QColor pixelAt(const QImage& shot, QPoint logical)
+{
+    const qreal ratio = shot.devicePixelRatio();
+    return shot.pixelColor(int(logical.x() * ratio + ratio / 2), int(logical.y() * ratio + ratio / 2));
+}
+
+QColor centreColour(QWidget* widget)
+{
+    return pixelAt(widget->grab().toImage(), QPoint(widget->width() / 2, widget->height() / 2));
+}
+
 } // namespace TestEnvironment
