@@ -4,6 +4,7 @@
 // The whole toolkit in one include. Hosts need nothing else.
 
 #include <orvacat/orvacat_export.h>
+#include <orvacat/orvacat_version.h>
 #include <orvacat/globals.h>
 
 // Registries
