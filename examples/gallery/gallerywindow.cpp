@@ -89,7 +89,7 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     m_pages->setAttribute(Qt::WA_StyledBackground);
     header->setAttribute(Qt::WA_StyledBackground);
 
-    connect(m_pageList, &QListWidget::currentRowChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    connect(m_pageList, &QListWidget::currentRowChanged, this, &GalleryWindow::showPage);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);
 
     resize(int(1040 * factor), int(680 * factor));
@@ -112,14 +112,29 @@ void GalleryWindow::rebuildPages()
         m_pages->removeWidget(page);
         delete page;
     }
+    // Pages are built when they are first shown: most starts look at one or two.
     for (const GalleryPage& page : GalleryPages::all()) {
-        QWidget* widget = page.create();
-        widget->setObjectName(page.name);
-        m_pages->addWidget(widget);
+        m_pages->addWidget(new QWidget);
         m_pageList->addItem(page.title);
     }
     if (m_pageList->count() > 0)
         m_pageList->setCurrentRow(qMin(current, m_pageList->count() - 1));
+}
+
+void GalleryWindow::showPage(int row)
+{
+    const QList<GalleryPage> pages = GalleryPages::all();
+    if (row < 0 || row >= pages.size())
+        return;
+    QWidget* shown = m_pages->widget(row);
+    if (shown->objectName() != pages.at(row).name) {
+        QWidget* page = pages.at(row).create();
+        page->setObjectName(pages.at(row).name);
+        m_pages->insertWidget(row, page);
+        m_pages->removeWidget(shown);
+        delete shown;
+    }
+    m_pages->setCurrentIndex(row);
 }
 
 bool GalleryWindow::saveScreenshots(const QString& dir)

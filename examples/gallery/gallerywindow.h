@@ -9,8 +9,8 @@ class QStackedWidget;
 
 /**
  * The gallery's one window: the page list on the left, the page on the
- * right, and a language switch that rebuilds every page from the chosen
- * string table.
+ * right, and a language switch that rebuilds the pages from the chosen
+ * string table. A page is built when it is first shown.
  */
 class GalleryWindow : public QWidget
 {
@@ -25,6 +25,8 @@ public:
 private:
     void setLanguage(const QString& language);
     void rebuildPages();
+    /** Shows page @p row, building it on its first showing. */
+    void showPage(int row);
 
     QString m_themeDir;
     QComboBox* m_languageBox;
