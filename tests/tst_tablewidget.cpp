@@ -2,9 +2,7 @@
 
 #include "testmain.h"
 
-#include "factorone.h"
 #include "testenvironment.h"
-#include "warningcollector.h"
 
 #include <orvacat/dpiinfo.h>
 #include <orvacat/orvatablewidget.h>
@@ -13,89 +11,48 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include <cmath>
 #include <limits>
 
 namespace {
 
-double factor()
+using Widths = QList<int>;
+
+bool atFactorOne()
 {
-    return DPIinfo::getInstance()->getDPI();
+    return qFuzzyCompare(DPIinfo::getInstance()->getDPI(), 1.0);
 }
 
-// Name (200, ratio 0.6), Size (100, fixed), Date (150, ratio 0.4).
+// Name (200, share 0.6), Size (100, not resizable: its 0.3 is ignored),
+// Kind (50, resizable without a share: keeps its width), Date (150, share 0.4).
 OrvaTableColumnsInfo fileColumns()
 {
     OrvaTableColumnsInfo columns;
     columns.addColumn(QStringLiteral("Name"), 200, true, 0.6);
-    columns.addColumn(QStringLiteral("Size"), 100, false, 0);
+    columns.addColumn(QStringLiteral("Size"), 100, false, 0.3);
+    columns.addColumn(QStringLiteral("Kind"), 50, true, 0.0);
     columns.addColumn(QStringLiteral("Date"), 150, true, 0.4);
     return columns;
 }
 
-// A resizable column without ratio and a fixed one with a ratio: both count as fixed.
-OrvaTableColumnsInfo mixedColumns()
+Widths sections(QHeaderView* header)
 {
-    OrvaTableColumnsInfo columns;
-    columns.addColumn(QStringLiteral("Name"), 120, true, 0.5);
-    columns.addColumn(QStringLiteral("Kind"), 80, true, 0.0);
-    columns.addColumn(QStringLiteral("Size"), 60, false, 0.3);
-    return columns;
+    Widths widths;
+    for (int i = 0; i < header->count(); ++i)
+        widths << header->sectionSize(i);
+    return widths;
 }
 
-// The width sharing, restated from the columns: what each header section
-// must measure in a body of width @p bodyWidth.
-QList<int> expectedSections(const OrvaTableColumnsInfo& info, int bodyWidth)
-{
-    const double d = factor();
-    double fixedSum = 0;
-    for (const auto& column : info.columns) {
-        if (!(column.resizable && column.ratio != 0.0))
-            fixedSum += column.width;
-    }
-    const double freeWidth = int(bodyWidth - fixedSum * d);
-    QList<int> sections;
-    for (const auto& column : info.columns) {
-        const int minimum = int(column.width * d);
-        if (column.resizable && column.ratio != 0.0)
-            sections << qMax(minimum, int(column.ratio * freeWidth));
-        else
-            sections << minimum;
-    }
-    return sections;
-}
-
-QList<int> headerSections(OrvaTableWidget& table, int count)
-{
-    QList<int> sections;
-    for (int i = 0; i < count; ++i)
-        sections << table.getHeader()->sectionSize(i);
-    return sections;
-}
-
-QList<int> bodySections(OrvaTableWidget& table, int count)
-{
-    QList<int> sections;
-    for (int i = 0; i < count; ++i)
-        sections << table.getTable()->horizontalHeader()->sectionSize(i);
-    return sections;
-}
-
-void sendMouse(QWidget* widget, QEvent::Type type, const QPoint& pos, Qt::MouseButtons buttons)
-{
-    QMouseEvent event(type, pos, widget->mapToGlobal(pos), Qt::LeftButton, buttons, Qt::NoModifier);
-    QApplication::sendEvent(widget, &event);
-}
-
-// Drags the right edge of @p section of @p header by @p distance, in two moves.
 void dragEdge(QHeaderView* header, int section, int distance)
 {
     QWidget* port = header->viewport();
     const QPoint edge(header->sectionViewportPosition(section) + header->sectionSize(section) - 1, header->height() / 2);
-    sendMouse(port, QEvent::MouseButtonPress, edge, Qt::LeftButton);
-    sendMouse(port, QEvent::MouseMove, edge + QPoint(distance / 2, 0), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseMove, edge + QPoint(distance, 0), Qt::LeftButton);
-    sendMouse(port, QEvent::MouseButtonRelease, edge + QPoint(distance, 0), Qt::NoButton);
+    QTest::mousePress(port, Qt::LeftButton, Qt::NoModifier, edge);
+    // QTest::mouseMove sends no buttons; the header needs the held one to resize.
+    for (const QPoint& to : {edge + QPoint(distance / 2, 0), edge + QPoint(distance, 0)}) {
+        QMouseEvent move(QEvent::MouseMove, to, port->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(port, &move);
+    }
+    QTest::mouseRelease(port, Qt::LeftButton, Qt::NoModifier, edge + QPoint(distance, 0));
 }
 
 } // namespace
@@ -108,20 +65,18 @@ private Q_SLOTS:
     void initTestCase();
     void cleanup();
 
-    void buildsHeaderAndBodyFromColumns();
-    void ratioColumnsShareTheWidthOnResize_data();
-    void ratioColumnsShareTheWidthOnResize();
-    void workedExamplesAtFactorOne_data();
-    void workedExamplesAtFactorOne();
+    void headerShowsTheColumnsAndASpareSection();
+    void ratioColumnsShareTheFreeWidth_data();
+    void ratioColumnsShareTheFreeWidth();
     void draggingAHeaderEdgeResizesTheBodyColumn();
-    void verticalScrollBarOnlyWhenRowsOverflow();
-    void headerFollowsHorizontalScrolling();
-    void nonsenseColumnsDoNotCrash_data();
-    void nonsenseColumnsDoNotCrash();
+    void scrollBarsFollowTheRows();
+    void nonsenseColumnsAreSurvived();
 };
 
 void TestTableWidget::initTestCase()
 {
+    if (!atFactorOne() && !qFuzzyCompare(DPIinfo::getInstance()->getDPI(), 4.0 / 3))
+        QSKIP("Worked widths are given for the factors 1 and 4/3 only");
     TestEnvironment::installDefaultTheme();
 }
 
@@ -130,244 +85,124 @@ void TestTableWidget::cleanup()
     QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
 }
 
-void TestTableWidget::buildsHeaderAndBodyFromColumns()
+void TestTableWidget::headerShowsTheColumnsAndASpareSection()
 {
     OrvaTableColumnsInfo info = fileColumns();
     OrvaTableWidget table(info);
-    // Later changes to the description do not reach the table.
-    info.addColumn(QStringLiteral("Late"), 10, true, 0.1);
+    // The description is copied: a column added later does not reach the table.
+    QCOMPARE(info.addColumn(QStringLiteral("Late"), 10, true, 0.1), 4);
 
     QHeaderView* header = table.getHeader();
-    QTableWidget* body = table.getTable();
-    QVERIFY(header);
-    QCOMPARE(header->count(), 4);
-    QCOMPARE(body->columnCount(), 3);
-
-    const QStringList names = {QStringLiteral("Name"), QStringLiteral("Size"), QStringLiteral("Date"), QString()};
-    for (int i = 0; i < names.size(); ++i)
-        QCOMPARE(header->model()->headerData(i, Qt::Horizontal).toString(), names.at(i));
-
-    QCOMPARE(header->sectionSize(0), TestEnvironment::scaled(200));
-    QCOMPARE(header->sectionSize(1), TestEnvironment::scaled(100));
-    QCOMPARE(header->sectionSize(2), TestEnvironment::scaled(150));
-    QCOMPARE(header->sectionSize(3), TestEnvironment::scaled(12));
-    QCOMPARE(header->size(), QSize(TestEnvironment::scaled(20000), TestEnvironment::scaled(30)));
-    QVERIFY(body->horizontalHeader()->isHidden());
-    QVERIFY(body->verticalHeader()->isHidden());
-    QCOMPARE(body->verticalHeader()->defaultSectionSize(), TestEnvironment::scaled(28));
-
-    auto* area = table.findChild<QScrollArea*>();
-    QVERIFY(area);
-    QCOMPARE(area->widget(), header);
-    QCOMPARE(area->height(), TestEnvironment::scaled(30));
+    QStringList labels;
+    for (int i = 0; i < header->count(); ++i)
+        labels << header->model()->headerData(i, Qt::Horizontal).toString();
+    QCOMPARE(labels, (QStringList{"Name", "Size", "Kind", "Date", QString()}));
+    QCOMPARE(table.getTable()->columnCount(), 4);
+    // Before any sharing, the columns start at their own widths; the spare
+    // section stands above the body's scroll bar.
+    QCOMPARE(sections(header), atFactorOne() ? (Widths{200, 100, 50, 150, 12}) : (Widths{266, 133, 66, 200, 16}));
+    QCOMPARE(table.getTable()->verticalHeader()->defaultSectionSize(), atFactorOne() ? 28 : 37);
 }
 
-void TestTableWidget::ratioColumnsShareTheWidthOnResize_data()
+void TestTableWidget::ratioColumnsShareTheFreeWidth_data()
 {
     QTest::addColumn<int>("width");
-    QTest::addColumn<bool>("mixed");
+    QTest::addColumn<Widths>("atOne");
+    QTest::addColumn<Widths>("atFourThirds");
 
-    // Unscaled widths; the run's factor applies to the widget.
-    QTest::newRow("wide") << 1000 << false;
-    QTest::newRow("medium") << 500 << false;
-    QTest::newRow("below Name's minimum") << 350 << false;
-    QTest::newRow("below both minimums") << 200 << false;
-    QTest::newRow("narrower than the fixed columns") << 60 << false;
-    QTest::newRow("resizable without ratio, fixed with ratio") << 900 << true;
+    // The default theme's scroll bar keeps 10 pixels (13 at 4/3) beside the
+    // rows even while hidden; the columns share what is left. Factor 1 also
+    // stands for device-pixel ratio 2: the widths are logical.
+    QTest::newRow("1000 px") << 1000 << Widths{504, 100, 50, 336} << Widths{472, 133, 66, 314};
+    QTest::newRow("520 px") << 520 << Widths{216, 100, 50, 150} << Widths{266, 133, 66, 200};
+    QTest::newRow("350 px") << 350 << Widths{200, 100, 50, 150} << Widths{266, 133, 66, 200};
 }
 
-void TestTableWidget::ratioColumnsShareTheWidthOnResize()
+void TestTableWidget::ratioColumnsShareTheFreeWidth()
 {
     QFETCH(int, width);
-    QFETCH(bool, mixed);
-
-    const OrvaTableColumnsInfo info = mixed ? mixedColumns() : fileColumns();
-    OrvaTableWidget table(info);
-    table.resize(TestEnvironment::scaled(1600), TestEnvironment::scaled(300));
-    table.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&table));
-    auto* body = qobject_cast<ResizeSignalTableWidget*>(table.getTable());
-    QSignalSpy resized(body, &ResizeSignalTableWidget::sigResized);
-    QVERIFY(resized.isValid());
-
-    // Shrink from a wide table: the sharing must follow the latest size only.
-    table.resize(TestEnvironment::scaled(width), TestEnvironment::scaled(300));
-    QTRY_COMPARE(body->width(), TestEnvironment::scaled(width));
-    QApplication::processEvents();
-
-    // The body reports its own size and, as every scroll area does, its
-    // viewport's; the last report is the one the columns follow.
-    QVERIFY(!resized.isEmpty());
-    const int reported = resized.last().at(0).toSize().width();
-    QVERIFY2(reported == body->width() || reported == body->viewport()->width(), qPrintable(QString::number(reported)));
-    const QList<int> expected = expectedSections(info, reported);
-    QCOMPARE(headerSections(table, 3), expected);
-    QCOMPARE(bodySections(table, 3), expected);
-    QCOMPARE(table.getHeader()->sectionSize(3), TestEnvironment::scaled(12));
-    // A column never shrinks below its scaled width.
-    for (int i = 0; i < 3; ++i)
-        QVERIFY(expected.at(i) >= TestEnvironment::scaled(info.columns.at(i).width));
-    if (width >= 1000) {
-        // Wide enough: the ratio columns fill the body, give or take the truncation.
-        int sum = 0;
-        for (int section : expected)
-            sum += section;
-        QVERIFY(qAbs(reported - sum) <= 2);
-    }
-}
-
-void TestTableWidget::workedExamplesAtFactorOne_data()
-{
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("name");
-    QTest::addColumn<int>("date");
-
-    QTest::newRow("1000 px") << 1000 << 540 << 360;
-    QTest::newRow("500 px") << 500 << 240 << 160;
-    QTest::newRow("350 px: both minimums") << 350 << 200 << 150;
-}
-
-void TestTableWidget::workedExamplesAtFactorOne()
-{
-    QFETCH(int, width);
-    QFETCH(int, name);
-    QFETCH(int, date);
-
-    if (!qFuzzyCompare(factor(), 1.0)) {
-        // These figures hold at factor 1 only: run this function in a child
-        // pinned to 72 dpi. The data-driven sharing test above covers this factor.
-        FactorOne::runInChild("workedExamplesAtFactorOne");
-        return;
-    }
+    QFETCH(Widths, atOne);
+    QFETCH(Widths, atFourThirds);
 
     OrvaTableWidget table(fileColumns());
-    table.slotTableResized(QSize(width, 300));
-    QCOMPARE(table.getHeader()->sectionSize(0), name);
-    QCOMPARE(table.getHeader()->sectionSize(1), 100);
-    QCOMPARE(table.getHeader()->sectionSize(2), date);
-    QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(0), name);
-    QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(2), date);
+    table.resize(1600, 300);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+    // Narrowed from wider: the sharing follows the latest size only.
+    table.resize(width, 300);
+    QTRY_COMPARE(table.getTable()->width(), width);
+
+    const Widths expected = (atFactorOne() ? atOne : atFourThirds) << (atFactorOne() ? 12 : 16);
+    QCOMPARE(sections(table.getHeader()), expected);
+    QCOMPARE(sections(table.getTable()->horizontalHeader()), expected.mid(0, 4));
+    table.hide();
 }
 
 void TestTableWidget::draggingAHeaderEdgeResizesTheBodyColumn()
 {
-    OrvaTableColumnsInfo info;
-    info.addColumn(QStringLiteral("Name"), 150, true, 0.0);
-    info.addColumn(QStringLiteral("Size"), 100, false, 0.0);
-    OrvaTableWidget table(info);
-    table.resize(TestEnvironment::scaled(600), TestEnvironment::scaled(200));
+    OrvaTableWidget table(fileColumns());
+    table.resize(TestEnvironment::scaled(700), 200);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
-
     QHeaderView* header = table.getHeader();
-    const int drag = TestEnvironment::scaled(40);
-    dragEdge(header, 0, drag);
-    QCOMPARE(header->sectionSize(0), TestEnvironment::scaled(150) + drag);
-    QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(0), header->sectionSize(0));
+    QHeaderView* body = table.getTable()->horizontalHeader();
+    const Widths before = sections(header);
 
-    // The fixed column does not give way to a drag.
-    dragEdge(header, 1, drag);
-    QCOMPARE(header->sectionSize(1), TestEnvironment::scaled(100));
-    QCOMPARE(table.getTable()->horizontalHeader()->sectionSize(1), TestEnvironment::scaled(100));
+    dragEdge(header, 2, 40);
+    QCOMPARE(header->sectionSize(2), before.at(2) + 40);
+    QCOMPARE(body->sectionSize(2), before.at(2) + 40);
+    // A column that is not resizable does not give way.
+    dragEdge(header, 1, 40);
+    QCOMPARE(header->sectionSize(1), before.at(1));
+    QCOMPARE(body->sectionSize(1), before.at(1));
+    table.hide();
 }
 
-void TestTableWidget::verticalScrollBarOnlyWhenRowsOverflow()
+void TestTableWidget::scrollBarsFollowTheRows()
 {
     OrvaTableWidget table(fileColumns());
-    table.resize(TestEnvironment::scaled(600), TestEnvironment::scaled(300));
+    // Narrower than the columns' minimums: the body scrolls sideways.
+    table.resize(250, 300);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
     QTableWidget* body = table.getTable();
     QScrollBar* bar = body->verticalScrollBar();
 
-    QVERIFY(!bar->isVisible());
-
-    // A few rows that fit.
     body->setRowCount(2);
-    for (int row = 0; row < 2; ++row)
-        body->setItem(row, 0, new QTableWidgetItem(QStringLiteral("file %1").arg(row)));
-    QApplication::processEvents();
     QTRY_COMPARE(bar->maximum(), 0);
     QVERIFY(!bar->isVisible());
-
-    // Past the visible height.
-    const int rows = 3 * table.height() / TestEnvironment::scaled(28);
-    body->setRowCount(rows);
-    QTRY_VERIFY(bar->maximum() > 0);
+    body->setRowCount(40);
     QTRY_VERIFY(bar->isVisible());
-
-    // Scrolled to the end, then the rows go away again.
-    body->scrollToBottom();
-    QTRY_COMPARE(bar->value(), bar->maximum());
     body->setRowCount(1);
-    QTRY_COMPARE(bar->maximum(), 0);
     QTRY_VERIFY(!bar->isVisible());
+
+    // The header slides with the body.
+    QScrollBar* across = body->horizontalScrollBar();
+    QTRY_VERIFY(across->maximum() > 0);
+    across->setValue(across->maximum());
+    QCOMPARE(table.getHeader()->mapTo(&table, QPoint(0, 0)).x(), -across->maximum());
+    across->setValue(0);
+    QCOMPARE(table.getHeader()->mapTo(&table, QPoint(0, 0)).x(), 0);
+    table.hide();
 }
 
-void TestTableWidget::headerFollowsHorizontalScrolling()
+void TestTableWidget::nonsenseColumnsAreSurvived()
 {
-    OrvaTableWidget table(fileColumns());
-    table.resize(TestEnvironment::scaled(250), TestEnvironment::scaled(200));
-    table.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&table));
-    QTableWidget* body = table.getTable();
-    body->setRowCount(3);
-
-    auto* area = table.findChild<QScrollArea*>();
-    QVERIFY(area);
-    // At 250 px the minimums (450 px) are wider than the body.
-    QTRY_VERIFY(body->horizontalScrollBar()->maximum() > 0);
-    const int target = body->horizontalScrollBar()->maximum();
-    body->horizontalScrollBar()->setValue(target);
-    QCOMPARE(area->horizontalScrollBar()->value(), target);
-    QCOMPARE(table.getHeader()->mapTo(&table, QPoint(0, 0)).x(), -target);
-    body->horizontalScrollBar()->setValue(0);
-    QCOMPARE(area->horizontalScrollBar()->value(), 0);
-}
-
-void TestTableWidget::nonsenseColumnsDoNotCrash_data()
-{
-    QTest::addColumn<int>("width");
-    QTest::addColumn<bool>("resizable");
-    QTest::addColumn<double>("ratio");
-
-    QTest::newRow("no columns") << -1 << false << 0.0;
-    QTest::newRow("zero width ratio column") << 0 << true << 0.5;
-    QTest::newRow("zero width fixed column") << 0 << false << 0.0;
-    QTest::newRow("negative width") << -50 << true << 0.5;
-    QTest::newRow("huge width") << std::numeric_limits<int>::max() << true << 0.5;
-    QTest::newRow("negative ratio") << 100 << true << -3.0;
-    QTest::newRow("huge ratio") << 100 << true << 1e300;
-    QTest::newRow("not a number") << 100 << true << std::nan("");
-}
-
-void TestTableWidget::nonsenseColumnsDoNotCrash()
-{
-    QFETCH(int, width);
-    QFETCH(bool, resizable);
-    QFETCH(double, ratio);
-
+    // A host's description taken as it comes: no column, or widths and shares out of range.
     OrvaTableColumnsInfo info;
-    if (width != -1 || resizable) {
-        info.addColumn(QStringLiteral("Odd"), width, resizable, ratio);
-        info.addColumn(QStringLiteral("Plain"), 80, true, 0.5);
-    }
+    OrvaTableWidget empty(info);
+    QCOMPARE(empty.getHeader()->count(), 1);
+    info.addColumn(QStringLiteral("Huge"), std::numeric_limits<int>::max(), true, 1e300);
+    info.addColumn(QStringLiteral("Odd"), -50, true, std::numeric_limits<double>::quiet_NaN());
     OrvaTableWidget table(info);
-    table.resize(TestEnvironment::scaled(400), TestEnvironment::scaled(200));
+    table.resize(400, 200);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
-    table.getTable()->setRowCount(30);
-    table.resize(TestEnvironment::scaled(100), TestEnvironment::scaled(100));
-    table.slotTableResized(QSize(-10, -10));
-    table.slotTableResized(QSize(std::numeric_limits<int>::max(), 10));
-    table.slotSectionResized(-1, 0, 10);
-    table.slotSectionResized(99, 0, 10);
-    QApplication::processEvents();
-
-    QCOMPARE(table.getHeader()->count(), info.columns.size() + 1);
-    QCOMPARE(table.getTable()->columnCount(), info.columns.size());
-    for (int i = 0; i < info.columns.size(); ++i)
-        QVERIFY(table.getHeader()->sectionSize(i) >= 0);
+    table.resize(100, 100);
+    QTRY_COMPARE(table.getTable()->width(), 100);
+    QVERIFY(table.getHeader()->sectionSize(0) > 0);
+    QVERIFY(table.getHeader()->sectionSize(1) >= 0);
+    table.hide();
 }
 
 ORVACAT_TEST_MAIN(TestTableWidget)
