@@ -1,149 +1,67 @@
 // The registries every widget consults: paths, strings, screen scaling,
 // images and style sheets, with the warnings they write.
 
-#include "testmain.h"
 #include "warningcollector.h"
 
 #include <orvacat/orvacat.h>
 
+#include <QApplication>
 #include <QImage>
-#include <QLoggingCategory>
 #include <QProcess>
-#include <QScreen>
 #include <QTemporaryDir>
+#include <QtTest>
 
 #include <cstdio>
 
 namespace {
 
-// A resource folder of the test's own: images.json and images/ with PNGs of
-// the given sizes.
-class ResourceFolder
+// The value for the screen ctest pinned: factor 1.0, factor 4/3, or ratio 2 at factor 1.0.
+template <typename T>
+T atThisScreen(T at72, T at96, T atRatio2)
 {
-public:
+    if (qgetenv("QT_SCALE_FACTOR") == "2")
+        return atRatio2;
+    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 96 ? at96 : at72;
+}
+
+// A resource folder of the test's own (images.json, images/) and a user
+// data folder, installed in the process-wide path registry.
+struct ResourceFolder
+{
+    QTemporaryDir root;
+    const QString resources = root.path() + QLatin1String("/resources");
+    const QString userData = root.path() + QLatin1String("/user");
+
     ResourceFolder()
     {
-        QDir(m_root.path()).mkpath(QStringLiteral("resources/images"));
-    }
-
-    QString resourcePath() const { return m_root.path() + QLatin1String("/resources"); }
-    QString userDataPath() const { return m_root.path() + QLatin1String("/user"); }
-
-    void writeCatalogue(const QByteArray& json) const
-    {
-        QFile file(resourcePath() + QLatin1String("/images.json"));
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(json);
-    }
-
-    void writePng(const QString& baseName, int width, int height, QColor colour = Qt::red) const
-    {
-        QImage image(width, height, QImage::Format_ARGB32);
-        image.fill(colour);
-        QVERIFY(image.save(resourcePath() + QLatin1String("/images/") + baseName + QLatin1String(".png")));
-    }
-
-    void writeAllStates(const QString& name, int size) const
-    {
-        writePng(name, size, size, Qt::red);
-        writePng(name + QLatin1String("_hover"), size, size, Qt::green);
-        writePng(name + QLatin1String("_click"), size, size, Qt::blue);
-        writePng(name + QLatin1String("_disable"), size, size, Qt::gray);
-    }
-
-    void removeFile(const QString& relative) const { QFile::remove(resourcePath() + QLatin1Char('/') + relative); }
-
-    /** Points the process-wide path registry at this folder. */
-    void install() const
-    {
+        QDir().mkpath(resources + QLatin1String("/images"));
         WarningCollector overwrites; // re-setting the paths warns; not what these tests look at
-        UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), resourcePath());
-        UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), userDataPath());
+        UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), resources);
+        UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), userData);
     }
-
-private:
-    QTemporaryDir m_root;
-};
-
-// Style files in a folder of their own, with the process-wide image
-// registry initialized on an empty resource folder (the style registry asks
-// it for the placeholders' folders).
-struct StyleFolder
-{
-    ResourceFolder images;
-    QTemporaryDir files;
-
-    StyleFolder()
+    QString tmpImage(const char* name) const
     {
-        images.install();
-        ImageManager::getInstance()->initialize(ImageManager::Lazy);
+        return userData + QLatin1String("/tmp_images/tmp_") + QLatin1String(name) + QLatin1String(".png");
     }
-
-    QString write(const QString& name, const QByteArray& contents) const
+    QString write(const QString& relative, const QByteArray& contents) const
     {
-        const QString path = files.filePath(name);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return QString();
-        file.write(contents);
-        return path;
+        QFile file(resources + QLatin1Char('/') + relative);
+        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            file.write(contents);
+        return file.fileName();
     }
-
-    QString filePath(const QString& name) const { return files.filePath(name); }
-    QString path() const { return files.path(); }
+    void writePng(const QString& name, QSize size, QColor colour = Qt::red) const
+    {
+        QImage image(size, QImage::Format_ARGB32);
+        image.fill(colour);
+        QVERIFY(image.save(resources + QLatin1String("/images/") + name + QLatin1String(".png")));
+    }
 };
 
 QColor centreColour(const QPixmap& pixmap)
 {
     const QImage image = pixmap.toImage();
     return image.pixelColor(image.width() / 2, image.height() / 2);
-}
-
-// Modes in which the suite re-runs itself in a child process with a pinned
-// screen, so that numbers tied to one DPI factor can be checked whatever the
-// runner's setting.
-int runChildMode(const QStringList& args)
-{
-    const QString mode = args.value(1);
-    if (mode == QLatin1String("--image-size")) {
-        // --image-size <resource folder> <name>: prints WxH@ratio of the scaled
-        // pixmap and the size of the style-sheet copy.
-        UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), args.value(2));
-        UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), args.value(2) + QLatin1String("/user"));
-        ImageManager::getInstance()->initialize(ImageManager::Eager);
-        const QPixmap pixmap = getGlobalImage(args.value(3), ImageManager::Normal);
-        const QImage copy(ImageManager::getInstance()->getTempImageFullPath(args.value(3)));
-        std::printf("%dx%d@%g tmp %dx%d\n", pixmap.width(), pixmap.height(), pixmap.devicePixelRatio(),
-                    copy.width(), copy.height());
-        return 0;
-    }
-    if (mode == QLatin1String("--folder-before-initialize")) {
-        ImageManager images;
-        std::printf("%s\n", qPrintable(images.getImageFolder()));
-        return 0; // not reached: asking for a folder before initialize ends the process
-    }
-    return -1;
-}
-
-QString runChild(const QStringList& arguments, const QStringList& environment, QProcess::ExitStatus* status = nullptr,
-                 QString* errors = nullptr)
-{
-    QProcess child;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.remove(QStringLiteral("QT_FONT_DPI"));
-    env.remove(QStringLiteral("QT_SCALE_FACTOR"));
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    for (const QString& pair : environment)
-        env.insert(pair.section(QLatin1Char('='), 0, 0), pair.section(QLatin1Char('='), 1));
-    child.setProcessEnvironment(env);
-    child.start(QCoreApplication::applicationFilePath(), arguments);
-    if (!child.waitForFinished(60000))
-        child.kill();
-    if (status)
-        *status = child.exitStatus();
-    if (errors)
-        *errors = QString::fromLocal8Bit(child.readAllStandardError());
-    return QString::fromLocal8Bit(child.readAllStandardOutput()).trimmed();
 }
 
 } // namespace
@@ -153,534 +71,297 @@ class TestRegistries : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Paths
-    void pathOverwriteWarnsWithTheNewPath();
-    void pathMissWarnsEveryTimeAndStoresNothing();
-    void pathKeysAreCaseSensitiveAndEmptyPathsAreStored();
-    void disabledCategoryWritesNothing();
-
-    // Component strings
-    void stringMissAnswersTheKey();
-    void installingStringsReplacesTheTable();
-
-    // Screen scaling
-    void scaleFactorComesFromTheScreen();
-    void styleSheetsAreScaledByTheFactor();
-
-    // Images
+    void initTestCase();
+    void lookupsWarnOnMissesOnly_data();
+    void lookupsWarnOnMissesOnly();
+    void screenIsMeasuredAndSheetsScaled();
     void imagesAreScaledForTheScreen_data();
     void imagesAreScaledForTheScreen();
-    void eagerLoadsAtInitializeLazyOnFirstRequest();
-    void missingStateAnswersNormalAndWarns();
-    void unknownKeyAnswersNullAndWarns();
-    void lazyRetriesAnImageThatLoadsNothing();
-    void tmpImagesAreWrittenWithoutSpaces();
-    void missingTmpSourceLeavesAnEmptyFile();
-    void catalogueNamesKeepTheirSpaces();
-    void reinitializeReplacesListedEntriesOnly();
+    void imagesLoadEagerlyOrOnFirstRequest();
+    void catalogueNamesAndStyleSheetCopies();
     void brokenCataloguesLeaveTheCacheEmpty_data();
     void brokenCataloguesLeaveTheCacheEmpty();
     void folderBeforeInitializeAborts();
-
-    // Style sheets
     void styleFilesSplitIntoSections();
-    void placeholdersBecomeTheImageFolders();
-    void sectionsRunOnAcrossFiles();
-    void laterSectionsWin();
-    void missingStyleFileIsSkipped();
-    void unknownStyleKeyAnswersEmpty();
-    void rawSheetsAreNotScaled();
-    void hostileStyleFilesNeitherCrashNorHang();
 };
 
-// ---------------------------------------------------------------- paths
-
-void TestRegistries::pathOverwriteWarnsWithTheNewPath()
+void TestRegistries::initTestCase()
 {
-    UIPathManager paths;
-    WarningCollector warnings;
-    paths.setPath(QStringLiteral("resource_path"), QStringLiteral("/a"));
-    QCOMPARE(warnings.count(), 0);
-    paths.setPath(QStringLiteral("resource_path"), QStringLiteral("/b"));
-    QVERIFY2(warnings.isOnly(QStringLiteral("Existing path is \"/b\" with key \"resource_path\" but overwrite it now")),
-             qPrintable(warnings.messages().join(QLatin1Char('|'))));
-    warnings.clear();
-    QCOMPARE(paths.getPath(QStringLiteral("resource_path")), QStringLiteral("/b"));
-    QCOMPARE(warnings.count(), 0);
+    if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
+        QSKIP("the expected sizes are per screen: run through ctest, which pins it");
 }
 
-void TestRegistries::pathMissWarnsEveryTimeAndStoresNothing()
+void TestRegistries::lookupsWarnOnMissesOnly_data()
 {
-    UIPathManager paths;
-    WarningCollector warnings;
-    const QString first = paths.getPath(QStringLiteral("nowhere"));
-    QVERIFY(!first.isNull());
-    QCOMPARE(first, QString());
-    QVERIFY(warnings.isOnly(QStringLiteral("Cannot find path by key \"nowhere\"")));
-    paths.getPath(QStringLiteral("nowhere"));
-    QCOMPARE(warnings.count(), 2);
-    // The miss stored nothing: setting the key now is a first set, without warning.
-    warnings.clear();
-    paths.setPath(QStringLiteral("nowhere"), QStringLiteral("/x"));
-    QCOMPARE(warnings.count(), 0);
+    QTest::addColumn<bool>("silenced");
+    QTest::newRow("warnings on") << false;
+    QTest::newRow("category silenced") << true;
 }
 
-void TestRegistries::pathKeysAreCaseSensitiveAndEmptyPathsAreStored()
+void TestRegistries::lookupsWarnOnMissesOnly()
 {
-    UIPathManager paths;
-    WarningCollector warnings;
-    paths.setPath(QStringLiteral("Key"), QStringLiteral("/upper"));
-    paths.setPath(QStringLiteral("key"), QStringLiteral("/lower"));
-    paths.setPath(QStringLiteral("empty"), QString());
-    QCOMPARE(warnings.count(), 0);
-    QCOMPARE(paths.getPath(QStringLiteral("Key")), QStringLiteral("/upper"));
-    QCOMPARE(paths.getPath(QStringLiteral("key")), QStringLiteral("/lower"));
-    QCOMPARE(paths.getPath(QStringLiteral("empty")), QString());
-    QCOMPARE(warnings.count(), 0);
-}
-
-void TestRegistries::disabledCategoryWritesNothing()
-{
+    QFETCH(bool, silenced);
+    ResourceFolder folder;
+    folder.write(QStringLiteral("images.json"), R"({"images": ["pic"]})");
+    folder.writePng(QStringLiteral("pic"), QSize(8, 8));
     UIPathManager paths;
     ComponentStrings strings;
+    StyleManager styles;
+    ImageManager before;
+    ImageManager images;
+    images.initialize(ImageManager::Eager);
+    QMap<QString, QString> host{{QStringLiteral("today"), QStringLiteral("Today")}, {QStringLiteral("blank"), QString()}};
+
     WarningCollector warnings;
-    QLoggingCategory::setFilterRules(QStringLiteral("debug.message.warning=false"));
+    if (silenced)
+        QLoggingCategory::setFilterRules(QStringLiteral("debug.message.warning=false"));
     paths.setPath(QStringLiteral("k"), QStringLiteral("/1"));
+    paths.setPath(QStringLiteral("K"), QStringLiteral("/upper"));
+    paths.setPath(QStringLiteral("empty"), QString());
     paths.setPath(QStringLiteral("k"), QStringLiteral("/2"));
-    const QString missing = paths.getPath(QStringLiteral("missing"));
-    const QString caption = strings.getString(QStringLiteral("ok"));
-    QLoggingCategory::setFilterRules(QString());
-    QCOMPARE(warnings.count(), 0);
-    // Behaviour is otherwise the same.
-    QCOMPARE(paths.getPath(QStringLiteral("k")), QStringLiteral("/2"));
-    QCOMPARE(missing, QString());
-    QCOMPARE(caption, QStringLiteral("ok"));
-}
-
-// ---------------------------------------------------------------- strings
-
-void TestRegistries::stringMissAnswersTheKey()
-{
-    ComponentStrings strings;
-    WarningCollector warnings;
-    QCOMPARE(strings.getString(QStringLiteral("ok")), QStringLiteral("ok"));
-    QVERIFY(warnings.isOnly(QStringLiteral("Cannot find key in ComponentStrings \"ok\"")));
-    warnings.clear();
-    strings.installStrings({{QStringLiteral("ok"), QStringLiteral("OK")}, {QStringLiteral("blank"), QString()}});
-    QCOMPARE(strings.getString(QStringLiteral("blank")), QString());
-    QCOMPARE(strings.getString(QStringLiteral("ok")), QStringLiteral("OK"));
-    QCOMPARE(warnings.count(), 0);
-    QCOMPARE(strings.getString(QStringLiteral("OK")), QStringLiteral("OK")); // keys are case-sensitive
-    QCOMPARE(warnings.count(), 1);
-}
-
-void TestRegistries::installingStringsReplacesTheTable()
-{
-    ComponentStrings strings;
-    QMap<QString, QString> host{{QStringLiteral("today"), QStringLiteral("Today")}};
+    const QString missingPath = paths.getPath(QStringLiteral("nowhere"));
+    paths.setPath(QStringLiteral("nowhere"), QStringLiteral("/x")); // the miss stored nothing: a first set
+    const QString noCaption = strings.getString(QStringLiteral("ok"));
     strings.installStrings(host);
     host.insert(QStringLiteral("today"), QStringLiteral("changed by the host"));
-    QCOMPARE(strings.getString(QStringLiteral("today")), QStringLiteral("Today"));
+    const QStringList captions{strings.getString(QStringLiteral("today")), strings.getString(QStringLiteral("blank")),
+                               strings.getString(QStringLiteral("Today"))};
+    strings.installStrings({{QStringLiteral("ok"), QStringLiteral("OK")}}); // replaces, does not merge
+    const QString replaced = strings.getString(QStringLiteral("today"));
+    const QString sheet = styles.getStyleSheet(QStringLiteral("component.none"), false);
+    const QString rawSheet = styles.getStyleSheet(QStringLiteral("component.none"), true);
+    const QPixmap beforeInitialize = before.getImage(QStringLiteral("pic"), ImageManager::Normal);
+    const QPixmap otherCase = images.getImage(QStringLiteral("Pic"), ImageManager::Normal);
+    QLoggingCategory::setFilterRules(QString());
 
-    strings.installStrings({{QStringLiteral("ok"), QStringLiteral("OK")}});
-    WarningCollector warnings;
-    QCOMPARE(strings.getString(QStringLiteral("today")), QStringLiteral("today"));
-    QCOMPARE(warnings.count(), 1);
+    QCOMPARE(QStringList({paths.getPath(QStringLiteral("k")), paths.getPath(QStringLiteral("K")),
+                          paths.getPath(QStringLiteral("empty"))}),
+             QStringList({QStringLiteral("/2"), QStringLiteral("/upper"), QString()}));
+    QVERIFY(!missingPath.isNull() && missingPath.isEmpty());
+    QCOMPARE(noCaption, QStringLiteral("ok"));
+    QCOMPARE(captions, QStringList({QStringLiteral("Today"), QString(), QStringLiteral("Today")}));
+    QCOMPARE(replaced, QStringLiteral("today"));
+    QVERIFY(sheet.isEmpty() && rawSheet.isEmpty());
+    QVERIFY(beforeInitialize.isNull() && otherCase.isNull());
+    // The overwrite names the new path, not the one it replaces.
+    const QStringList expected{
+        QStringLiteral("Existing path is \"/2\" with key \"k\" but overwrite it now"),
+        QStringLiteral("Cannot find path by key \"nowhere\""),
+        QStringLiteral("Cannot find key in ComponentStrings \"ok\""),
+        QStringLiteral("Cannot find key in ComponentStrings \"Today\""),
+        QStringLiteral("Cannot find key in ComponentStrings \"today\""),
+        QStringLiteral("Cannot find stylesheet \"component.none\""),
+        QStringLiteral("Cannot find stylesheet \"component.none\""),
+        QStringLiteral("Cannot load pixmap \"pic\""),
+        QStringLiteral("Cannot load pixmap \"Pic\""),
+    };
+    QCOMPARE(warnings.messages(), silenced ? QStringList() : expected);
 }
 
-// ---------------------------------------------------------------- scaling
-
-void TestRegistries::scaleFactorComesFromTheScreen()
+void TestRegistries::screenIsMeasuredAndSheetsScaled()
 {
-    DPIinfo* dpi = DPIinfo::getInstance();
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    QVERIFY(screen);
-    QCOMPARE(dpi->getDPI(), qRound(screen->logicalDotsPerInchX()) / 72.0);
-    QCOMPARE(dpi->getDPR(), double(int(screen->devicePixelRatio())));
-    // The runner pins the screen: make sure the pin arrived.
-    if (qEnvironmentVariableIsSet("QT_FONT_DPI") && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
-        QCOMPARE(dpi->getDPI(), qEnvironmentVariableIntValue("QT_FONT_DPI") / 72.0);
-    if (qEnvironmentVariableIsSet("QT_SCALE_FACTOR"))
-        QCOMPARE(dpi->getDPR(), qgetenv("QT_SCALE_FACTOR").toDouble());
-}
+    QCOMPARE(DPIinfo::getInstance()->getDPI(), atThisScreen(1.0, 4.0 / 3.0, 1.0));
+    QCOMPARE(DPIinfo::getInstance()->getDPR(), atThisScreen(1.0, 1.0, 2.0));
 
-void TestRegistries::styleSheetsAreScaledByTheFactor()
-{
-    DPIinfo* dpi = DPIinfo::getInstance();
-    const QString expected = QStringLiteral("QLabel { font-size: %1px; margin: 0px %2px; }")
-                                 .arg(int(12 * dpi->getDPI()))
-                                 .arg(int(1.5 * dpi->getDPI()));
-    QCOMPARE(dpi->getScaledStyleSheet(QStringLiteral("QLabel { font-size: 12px; margin: 0px 1.5px; }")), expected);
+    ResourceFolder folder;
+    ImageManager::getInstance()->initialize(ImageManager::Lazy);
+    const QString raw = QStringLiteral("\nQLabel { font-size: 12px; margin: 10px 1px 2px 13px; }\n");
+    StyleManager::getInstance()->initialize({folder.write(QStringLiteral("a.qss"), "== k ==" + raw.toUtf8())});
+    QCOMPARE(getStyleSheet("k", true), raw);
+    QCOMPARE(getStyleSheet(QStringLiteral("k"), false),
+             atThisScreen(raw, QStringLiteral("\nQLabel { font-size: 16px; margin: 13px 1px 2px 17px; }\n"), raw));
 }
-
-// ---------------------------------------------------------------- images
 
 void TestRegistries::imagesAreScaledForTheScreen_data()
 {
-    QTest::addColumn<int>("fontDpi");
-    QTest::addColumn<int>("scaleFactor");
-    QTest::addColumn<int>("sourceSize");
-    QTest::addColumn<QString>("expected");
+    QTest::addColumn<QSize>("source");
+    QTest::addColumn<QSize>("at72");
+    QTest::addColumn<QSize>("at96");
+    QTest::addColumn<QSize>("atRatio2");
 
-    // factor 1, ratio 2: 96 -> 24 -> 24 -> 48 device pixels shown at 24; the copy has no ratio.
-    QTest::newRow("f=1 r=2, 96px") << 72 << 2 << 96 << "48x48@2 tmp 24x24";
-    QTest::newRow("f=4/3 r=1, 96px") << 96 << 1 << 96 << "32x32@1 tmp 32x32";
-    // qRound(0.5) is 1.
-    QTest::newRow("f=1 r=1, 2px") << 72 << 1 << 2 << "1x1@1 tmp 1x1";
-    // Three roundings: 50 -> 13 (12.5 up) -> 17 (17.33) at 4/3.
-    QTest::newRow("f=4/3 r=1, 50px") << 96 << 1 << 50 << "17x17@1 tmp 17x17";
-    QTest::newRow("f=1.5 r=1, 10px") << 108 << 1 << 10 << "5x5@1 tmp 5x5";
+    // Device pixels; at ratio 2 they are shown at half that, as at factor 1.0.
+    QTest::newRow("96 px") << QSize(96, 96) << QSize(24, 24) << QSize(32, 32) << QSize(48, 48);
+    // Each step rounds: 50 -> 12.5 -> 13 -> 17.33 -> 17.
+    QTest::newRow("50 px rounds each step") << QSize(50, 50) << QSize(13, 13) << QSize(17, 17) << QSize(26, 26);
+    QTest::newRow("2 px rounds a half up") << QSize(2, 2) << QSize(1, 1) << QSize(1, 1) << QSize(2, 2);
+    QTest::newRow("96 x 48 keeps its shape") << QSize(96, 48) << QSize(24, 12) << QSize(32, 16) << QSize(48, 24);
 }
 
 void TestRegistries::imagesAreScaledForTheScreen()
 {
-    QFETCH(int, fontDpi);
-    QFETCH(int, scaleFactor);
-    QFETCH(int, sourceSize);
-    QFETCH(QString, expected);
-
+    QFETCH(QSize, source);
+    QFETCH(QSize, at72);
+    QFETCH(QSize, at96);
+    QFETCH(QSize, atRatio2);
     ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["pic"], "tmp_images": ["pic"]})");
-    folder.writeAllStates(QStringLiteral("pic"), sourceSize);
-    QStringList env{QStringLiteral("QT_FONT_DPI=%1").arg(fontDpi)};
-    if (scaleFactor != 1)
-        env << QStringLiteral("QT_SCALE_FACTOR=%1").arg(scaleFactor);
-    QCOMPARE(runChild({QStringLiteral("--image-size"), folder.resourcePath(), QStringLiteral("pic")}, env), expected);
-}
-
-void TestRegistries::eagerLoadsAtInitializeLazyOnFirstRequest()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["pic"]})");
-    folder.writeAllStates(QStringLiteral("pic"), 16);
-    folder.install();
-
-    ImageManager eager;
-    eager.initialize(ImageManager::Eager);
-    ImageManager lazy;
-    lazy.initialize(ImageManager::Lazy);
-    // The files go away after initialize: only what was loaded then remains.
-    for (const char* name : {"pic", "pic_hover", "pic_click", "pic_disable"})
-        folder.removeFile(QStringLiteral("images/%1.png").arg(QLatin1String(name)));
-
-    WarningCollector warnings;
-    QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::Normal)), QColor(Qt::red));
-    QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::Hover)), QColor(Qt::green));
-    QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::Click)), QColor(Qt::blue));
-    QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::Disable)), QColor(Qt::gray));
-    QCOMPARE(warnings.count(), 0);
-    QVERIFY(lazy.getImage(QStringLiteral("pic"), ImageManager::Normal).isNull());
-    QCOMPARE(warnings.count(), 1);
-
-    // A lazy entry that did load is not loaded again.
-    ImageManager lazyLoaded;
-    folder.writeAllStates(QStringLiteral("pic"), 16);
-    lazyLoaded.initialize(ImageManager::Lazy);
-    const qint64 first = lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey();
-    folder.writePng(QStringLiteral("pic"), 20, 20, Qt::yellow);
-    QCOMPARE(lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey(), first);
-}
-
-void TestRegistries::missingStateAnswersNormalAndWarns()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["plain"]})");
-    folder.writePng(QStringLiteral("plain"), 16, 16);
-    folder.install();
+    folder.write(QStringLiteral("images.json"), R"({"images": ["pic"], "tmp_images": ["pic"]})");
+    folder.writePng(QStringLiteral("pic"), source);
     for (ImageManager::InitializeType type : {ImageManager::Eager, ImageManager::Lazy}) {
         ImageManager images;
         images.initialize(type);
-        WarningCollector warnings;
-        const QPixmap normal = images.getImage(QStringLiteral("plain"), ImageManager::Normal);
-        QVERIFY(!normal.isNull());
-        QCOMPARE(warnings.count(), 0);
-        for (int round = 1; round <= 2; ++round) {
-            QCOMPARE(images.getImage(QStringLiteral("plain"), ImageManager::Hover).cacheKey(), normal.cacheKey());
-            QCOMPARE(warnings.count(), round);
-            QCOMPARE(warnings.messages().last(), QStringLiteral("Cannot load pixmap \"plain\" with type 1 [use default icon]"));
+        const QPixmap pixmap = images.getImage(QStringLiteral("pic"), ImageManager::Normal);
+        QCOMPARE(pixmap.size(), atThisScreen(at72, at96, atRatio2));
+        QCOMPARE(pixmap.devicePixelRatio(), atThisScreen(1.0, 1.0, 2.0));
+        // The style sheets' copy is sized for the factor alone: no ratio.
+        QCOMPARE(QImage(folder.tmpImage("pic")).size(), atThisScreen(at72, at96, at72));
+    }
+}
+
+void TestRegistries::imagesLoadEagerlyOrOnFirstRequest()
+{
+    ResourceFolder folder;
+    folder.write(QStringLiteral("images.json"), R"({"images": ["pic", "plain", "ghost"]})");
+    const QColor colours[] = {Qt::red, Qt::green, Qt::blue, Qt::gray};
+    const char* const suffixes[] = {"", "_hover", "_click", "_disable"};
+    for (int state = 0; state < 4; ++state)
+        folder.writePng(QLatin1String("pic") + QLatin1String(suffixes[state]), QSize(16, 16), colours[state]);
+    folder.writePng(QStringLiteral("plain"), QSize(16, 16));
+    ImageManager eager, lazy, lazyLoaded;
+    eager.initialize(ImageManager::Eager);
+    lazy.initialize(ImageManager::Lazy);
+    lazyLoaded.initialize(ImageManager::Lazy);
+    const qint64 first = lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey();
+    // The files change now: only what was loaded before remains.
+    for (int state = 0; state < 4; ++state)
+        folder.writePng(QLatin1String("pic") + QLatin1String(suffixes[state]), QSize(20, 20), Qt::yellow);
+
+    WarningCollector warnings;
+    for (int state = 0; state < 4; ++state)
+        QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::ImageType(state))), colours[state]);
+    QCOMPARE(lazyLoaded.getImage(QStringLiteral("pic"), ImageManager::Normal).cacheKey(), first);
+    QCOMPARE(centreColour(lazy.getImage(QStringLiteral("pic"), ImageManager::Hover)), QColor(Qt::yellow));
+    QCOMPARE(warnings.count(), 0);
+
+    // A missing state answers the normal picture and warns on every request.
+    for (ImageManager* images : {&eager, &lazy}) {
+        const qint64 normal = images->getImage(QStringLiteral("plain"), ImageManager::Normal).cacheKey();
+        for (ImageManager::ImageType state : {ImageManager::Hover, ImageManager::Hover, ImageManager::Disable}) {
+            QCOMPARE(images->getImage(QStringLiteral("plain"), state).cacheKey(), normal);
+            QCOMPARE(warnings.messages().takeLast(),
+                     QStringLiteral("Cannot load pixmap \"plain\" with type %1 [use default icon]").arg(int(state)));
         }
-        images.getImage(QStringLiteral("plain"), ImageManager::Disable);
-        QCOMPARE(warnings.messages().last(), QStringLiteral("Cannot load pixmap \"plain\" with type 3 [use default icon]"));
     }
-}
-
-void TestRegistries::unknownKeyAnswersNullAndWarns()
-{
-    ImageManager before;
-    WarningCollector warnings;
-    QVERIFY(before.getImage(QStringLiteral("anything"), ImageManager::Normal).isNull());
-    QVERIFY(warnings.isOnly(QStringLiteral("Cannot load pixmap \"anything\"")));
-
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["pic"]})");
-    folder.writePng(QStringLiteral("pic"), 8, 8);
-    folder.install();
-    ImageManager images;
-    images.initialize(ImageManager::Eager);
+    QCOMPARE(warnings.count(), 6);
+    // An image none of whose files loads is tried again, and warned about, every time.
     warnings.clear();
-    QVERIFY(images.getImage(QStringLiteral("Pic"), ImageManager::Normal).isNull());
-    QVERIFY(warnings.isOnly(QStringLiteral("Cannot load pixmap \"Pic\"")));
-}
-
-void TestRegistries::lazyRetriesAnImageThatLoadsNothing()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["ghost"]})");
-    folder.install();
-    ImageManager images;
-    images.initialize(ImageManager::Lazy);
-    WarningCollector warnings;
-    for (int round = 1; round <= 3; ++round) {
-        QVERIFY(images.getImage(QStringLiteral("ghost"), ImageManager::Normal).isNull());
+    for (int round = 1; round <= 2; ++round) {
+        QVERIFY(lazy.getImage(QStringLiteral("ghost"), ImageManager::Normal).isNull());
         QCOMPARE(warnings.count(), round);
-        QCOMPARE(warnings.messages().last(), QStringLiteral("Cannot load pixmap \"ghost\" with type 0 [use default icon]"));
     }
+    QCOMPARE(warnings.messages().last(), QStringLiteral("Cannot load pixmap \"ghost\" with type 0 [use default icon]"));
+
+    // A later initialize renews the listed entries and keeps the others.
+    folder.write(QStringLiteral("images.json"), R"({"images": ["plain"]})");
+    folder.writePng(QStringLiteral("plain"), QSize(12, 12), Qt::blue); // another size: QPixmap's cache knows the file
+    eager.initialize(ImageManager::Lazy);
+    QCOMPARE(centreColour(eager.getImage(QStringLiteral("plain"), ImageManager::Normal)), QColor(Qt::blue));
+    QCOMPARE(centreColour(eager.getImage(QStringLiteral("pic"), ImageManager::Normal)), QColor(Qt::red));
 }
 
-void TestRegistries::tmpImagesAreWrittenWithoutSpaces()
+void TestRegistries::catalogueNamesAndStyleSheetCopies()
 {
     ResourceFolder folder;
-    folder.writeCatalogue(R"({"tmp_images": [" check mark "]})");
-    folder.writePng(QStringLiteral("checkmark"), 40, 40);
-    folder.install();
+    folder.write(QStringLiteral("images.json"),
+                 R"({"images": ["two words", "two words"], "tmp_images": [" check mark ", "two words", "absent"]})");
+    folder.writePng(QStringLiteral("two words"), QSize(8, 8));
+    folder.writePng(QStringLiteral("twowords"), QSize(8, 8));
+    folder.writePng(QStringLiteral("checkmark"), QSize(40, 40));
     ImageManager images;
     images.initialize(ImageManager::Eager);
-    const QImage copy(folder.userDataPath() + QLatin1String("/tmp_images/tmp_checkmark.png"));
-    QVERIFY(!copy.isNull());
-    const int expected = qRound(qRound(40 * 0.25) * DPIinfo::getInstance()->getDPI());
-    QCOMPARE(copy.size(), QSize(expected, expected));
-    QCOMPARE(images.getTempImageFullPath(QStringLiteral("checkmark")),
-             folder.userDataPath() + QLatin1String("/tmp_images") + QDir::separator() + QLatin1String("tmp_checkmark.png"));
-}
-
-void TestRegistries::missingTmpSourceLeavesAnEmptyFile()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"tmp_images": ["absent"]})");
-    folder.install();
-    ImageManager images;
-    images.initialize(ImageManager::Eager);
-    const QFileInfo copy(folder.userDataPath() + QLatin1String("/tmp_images/tmp_absent.png"));
-    QVERIFY(copy.exists());
-    QCOMPARE(copy.size(), qint64(0));
-}
-
-void TestRegistries::catalogueNamesKeepTheirSpaces()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["two words", "two words"], "tmp_images": ["two words"]})");
-    folder.writePng(QStringLiteral("two words"), 8, 8);
-    folder.writePng(QStringLiteral("twowords"), 8, 8);
-    folder.install();
-    ImageManager images;
-    images.initialize(ImageManager::Eager);
+    // The widgets' names keep their spaces; the style sheets' lose them.
     WarningCollector warnings;
     QVERIFY(!images.getImage(QStringLiteral("two words"), ImageManager::Normal).isNull());
     QVERIFY(images.getImage(QStringLiteral("twowords"), ImageManager::Normal).isNull());
     QCOMPARE(warnings.count(), 1);
-    QVERIFY(QFileInfo::exists(folder.userDataPath() + QLatin1String("/tmp_images/tmp_twowords.png")));
-}
-
-void TestRegistries::reinitializeReplacesListedEntriesOnly()
-{
-    ResourceFolder folder;
-    folder.writeCatalogue(R"({"images": ["kept", "renewed"]})");
-    folder.writePng(QStringLiteral("kept"), 8, 8, Qt::red);
-    folder.writePng(QStringLiteral("renewed"), 8, 8, Qt::red);
-    folder.install();
-    ImageManager images;
-    images.initialize(ImageManager::Eager);
-
-    // Other sizes: QPixmap's own cache knows a file by its path, size and
-    // modification second, and these files are rewritten within the second.
-    folder.writeCatalogue(R"({"images": ["renewed"]})");
-    folder.writePng(QStringLiteral("kept"), 12, 12, Qt::blue);
-    folder.writePng(QStringLiteral("renewed"), 12, 12, Qt::blue);
-    // Lazily this time: an entry that is kept keeps its loaded pixmaps, a
-    // listed one starts afresh (Eager would load every entry again).
-    images.initialize(ImageManager::Lazy);
-    QCOMPARE(centreColour(images.getImage(QStringLiteral("renewed"), ImageManager::Normal)), QColor(Qt::blue));
-    QCOMPARE(centreColour(images.getImage(QStringLiteral("kept"), ImageManager::Normal)), QColor(Qt::red));
+    QCOMPARE(images.getTempImageFullPath(QStringLiteral("checkmark")),
+             folder.userData + QLatin1String("/tmp_images") + QDir::separator() + QLatin1String("tmp_checkmark.png"));
+    QCOMPARE(QImage(folder.tmpImage("checkmark")).size(), atThisScreen(QSize(10, 10), QSize(13, 13), QSize(10, 10)));
+    QVERIFY(!QImage(folder.tmpImage("twowords")).isNull());
+    // A missing source still leaves its (empty) copy.
+    QVERIFY(QFileInfo::exists(folder.tmpImage("absent")));
+    QCOMPARE(QFileInfo(folder.tmpImage("absent")).size(), qint64(0));
 }
 
 void TestRegistries::brokenCataloguesLeaveTheCacheEmpty_data()
 {
     QTest::addColumn<QByteArray>("catalogue");
-    QTest::addColumn<bool>("writeFile");
-    QTest::addColumn<QString>("loadable");
+    QTest::addColumn<bool>("loadable");
 
-    QTest::newRow("missing file") << QByteArray() << false << QString();
-    QTest::newRow("empty file") << QByteArray() << true << QString();
-    QTest::newRow("invalid json") << QByteArray(R"({"images": ["pic")") << true << QString();
-    QTest::newRow("top level array") << QByteArray(R"(["pic"])") << true << QString();
-    QTest::newRow("images not an array") << QByteArray(R"({"images": "pic"})") << true << QString();
+    QTest::newRow("missing file") << QByteArray() << false;
+    QTest::newRow("invalid json") << QByteArray(R"({"images": ["pic")") << false;
+    QTest::newRow("top level array") << QByteArray(R"(["pic"])") << false;
+    QTest::newRow("images not an array") << QByteArray(R"({"images": "pic"})") << false;
     QTest::newRow("non-string elements count as empty names")
-        << QByteArray(R"({"images": [1, null, {"a": 2}, "pic"], "tmp_images": [true]})") << true << "pic";
-    QTest::newRow("NUL byte ends the text")
-        << QByteArray("{\"images\": [\"pic\"]}\0garbage", 28) << true << "pic";
-    QTest::newRow("NUL byte inside the document") << QByteArray("{\"images\": [\"pi\0c\"]}", 20) << true << QString();
+        << QByteArray(R"({"images": [1, null, "pic"], "tmp_images": [true]})") << true;
+    QTest::newRow("NUL byte ends the text") << QByteArray("{\"images\": [\"pic\"]}\0garbage", 28) << true;
 }
 
 void TestRegistries::brokenCataloguesLeaveTheCacheEmpty()
 {
     QFETCH(QByteArray, catalogue);
-    QFETCH(bool, writeFile);
-    QFETCH(QString, loadable);
-
+    QFETCH(bool, loadable);
     ResourceFolder folder;
-    if (writeFile)
-        folder.writeCatalogue(catalogue);
-    folder.writePng(QStringLiteral("pic"), 8, 8);
-    folder.install();
+    if (!catalogue.isEmpty())
+        folder.write(QStringLiteral("images.json"), catalogue);
+    folder.writePng(QStringLiteral("pic"), QSize(8, 8));
     ImageManager images;
     WarningCollector warnings;
     images.initialize(ImageManager::Eager);
     QCOMPARE(warnings.count(), 0);
-    QCOMPARE(images.getImage(QStringLiteral("pic"), ImageManager::Normal).isNull(), loadable.isEmpty());
+    QCOMPARE(images.getImage(QStringLiteral("pic"), ImageManager::Normal).isNull(), !loadable);
 }
 
 void TestRegistries::folderBeforeInitializeAborts()
 {
-    QProcess::ExitStatus status = QProcess::NormalExit;
-    QString errors;
-    const QString output = runChild({QStringLiteral("--folder-before-initialize")}, {}, &status, &errors);
-    QCOMPARE(status, QProcess::CrashExit);
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--folder-before-initialize")});
+    QVERIFY(child.waitForFinished(60000));
+    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+    const QString errors = QString::fromLocal8Bit(child.readAllStandardError());
     QVERIFY2(errors.contains(QLatin1String("ImageManager is not initialized")), qPrintable(errors));
-    QCOMPARE(output, QString());
+    QCOMPARE(child.readAllStandardOutput(), QByteArray());
 }
-
-// ---------------------------------------------------------------- style sheets
 
 void TestRegistries::styleFilesSplitIntoSections()
 {
-    StyleFolder dir;
-    const QString path = dir.write(QStringLiteral("a.qss"),
+    ResourceFolder folder;
+    ImageManager::getInstance()->initialize(ImageManager::Lazy);
+    const QString first = folder.write(QStringLiteral("1.qss"),
                                        "/* leading comment */\n"
                                        "== component.label ==\n"
-                                       "QLabel { color: red; } // trailing comment\n"
-                                       "QLabel:disabled { color: grey; }\n"
+                                       "QLabel { image: url(IMG_LOC/a.png); } // trailing comment\n"
+                                       "QLabel:checked { image: url(TMPIMG_LOC/b.png); }\n"
                                        "== component.menu ==\r\n"
-                                       "QMenu { border: none; }\n");
-    StyleManager styles;
-    styles.initialize({path});
-    WarningCollector warnings;
-    // The comment leaves an empty line that opens the first body; the line
-    // comment swallows its line feed; the "\n" after the file ends the last body.
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true),
-             QStringLiteral("\n\nQLabel { color: red; } QLabel:disabled { color: grey; }"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.menu"), true), QStringLiteral("\nQMenu { border: none; }\n"));
-    QCOMPARE(warnings.count(), 0);
-    QCOMPARE(getStyleSheet("component.menu", true), QString()); // the process-wide registry is another one
-}
-
-void TestRegistries::placeholdersBecomeTheImageFolders()
-{
-    StyleFolder dir;
-    const QString path = dir.write(QStringLiteral("a.qss"),
-                                       "== k ==\nurl(IMG_LOC/a.png) url(TMPIMG_LOC/tmp_b.png) img_loc\n");
-    StyleManager styles;
-    styles.initialize({path});
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("k"), true),
-             QStringLiteral("\nurl(%1/images/a.png) url(%2/tmp_images/tmp_b.png) img_loc\n")
-                 .arg(dir.images.resourcePath(), dir.images.userDataPath()));
-}
-
-void TestRegistries::sectionsRunOnAcrossFiles()
-{
-    StyleFolder dir;
-    const QString first = dir.write(QStringLiteral("1.qss"), "lead\n== A ==\nx");
-    const QString second = dir.write(QStringLiteral("2.qss"), "y\n== B ==");
-    StyleManager styles;
-    styles.initialize({first, second});
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("A"), true), QStringLiteral("\nlead\nx\ny"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("B"), true), QString());
-}
-
-void TestRegistries::laterSectionsWin()
-{
-    StyleFolder dir;
-    const QString first = dir.write(QStringLiteral("1.qss"), "== component.label ==\nfirst\n== only.first ==\n1\n");
-    const QString second = dir.write(QStringLiteral("2.qss"), "== component.label ==\nsecond\n");
-    const QString third = dir.write(QStringLiteral("3.qss"), "== component.label ==\nthird\n");
-    StyleManager styles;
-    styles.initialize({first, second});
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nsecond\n"));
-    styles.initialize({third});
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true), QStringLiteral("\nthird\n"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("only.first"), true), QStringLiteral("\n1\n"));
-}
-
-void TestRegistries::missingStyleFileIsSkipped()
-{
-    StyleFolder dir;
-    const QString present = dir.write(QStringLiteral("present.qss"), "== k ==\nv\n");
-    const QString absent = dir.filePath(QStringLiteral("absent.qss"));
+                                       "x");
+    const QString second = folder.write(QStringLiteral("2.qss"), "y\n== B ==\nb\n== only.here ==\n1");
+    const QString third = folder.write(QStringLiteral("3.qss"), "== B ==\nthird");
+    const QString absent = folder.root.filePath(QStringLiteral("absent.qss"));
     StyleManager styles;
     WarningCollector warnings;
-    // A folder exists but cannot be read as a file: it adds only its line
-    // feed, the empty line that opens the next body.
-    styles.initialize({absent, dir.path(), present});
+    // A folder exists but is no file: it adds only its line feed.
+    styles.initialize({first, absent, folder.root.path(), second});
     QVERIFY(warnings.isOnly(QStringLiteral("file \"%1\" not exist").arg(absent)));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("k"), true), QStringLiteral("\n\nv\n"));
-}
-
-void TestRegistries::unknownStyleKeyAnswersEmpty()
-{
-    StyleManager styles;
-    WarningCollector warnings;
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.none"), false), QString());
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.none"), true), QString());
-    const QString expected = QStringLiteral("Cannot find stylesheet \"component.none\"");
-    QCOMPARE(warnings.messages(), QStringList({expected, expected}));
-}
-
-void TestRegistries::rawSheetsAreNotScaled()
-{
-    StyleFolder dir;
-    const QString path = dir.write(QStringLiteral("a.qss"), "== k ==\nQPushButton { min-height: 28px; }\n");
-    StyleManager* styles = StyleManager::getInstance();
-    styles->initialize({path});
-    QCOMPARE(getStyleSheet("k", true), QStringLiteral("\nQPushButton { min-height: 28px; }\n"));
-    QCOMPARE(getStyleSheet(QStringLiteral("k"), false),
-             QStringLiteral("\nQPushButton { min-height: %1px; }\n").arg(int(28 * DPIinfo::getInstance()->getDPI())));
-}
-
-void TestRegistries::hostileStyleFilesNeitherCrashNorHang()
-{
-    StyleFolder dir;
-
-    QByteArray big;
-    big.reserve(50 << 20);
-    const QByteArray block("== component.label ==\nQLabel { margin: 1px 2px; /* c */ padding: 3px; } // x\n\n");
-    while (big.size() < (50 << 20))
-        big += block;
-    QByteArray megaLine("== long ==\n");
-    megaLine += QByteArray(1 << 20, 'a') + "1px\n";
-    const QStringList paths{
-        dir.write(QStringLiteral("big.qss"), big),
-        dir.write(QStringLiteral("megaline.qss"), megaLine),
-        dir.write(QStringLiteral("nul.qss"), QByteArray("== nul ==\nbefore\0== after ==\nx\n", 31)),
-        dir.write(QStringLiteral("binary.qss"), QByteArray("== bin ==\n\xff\xfe\x80\xc3\x28 1000px 12.5px\n")),
-        dir.write(QStringLiteral("header.qss"), "== header.alone =="),
-        dir.write(QStringLiteral("empty.qss"), QByteArray()),
-    };
-    StyleManager styles;
-    styles.initialize(std::vector<QString>(paths.cbegin(), paths.cend()));
+    // The comment leaves an empty line that opens the first body; the line
+    // comment swallows its line feed; sections run on into the next file.
     QCOMPARE(styles.getStyleSheet(QStringLiteral("component.label"), true),
-             QStringLiteral("\nQLabel { margin: 1px 2px;  padding: 3px; } \n"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("long"), false).size(), (1 << 20) + 5);
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("nul"), true), QStringLiteral("\nbefore"));
-    QCOMPARE(styles.getStyleSheet(QStringLiteral("header.alone"), true), QStringLiteral("\n"));
-    // Lengths of four or more characters shift the text but come back whole.
-    QVERIFY(!styles.getStyleSheet(QStringLiteral("bin"), false).isEmpty());
+             QStringLiteral("\n\nQLabel { image: url(%1/images/a.png); } QLabel:checked { image: url(%2/tmp_images/b.png); }")
+                 .arg(folder.resources, folder.userData));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("component.menu"), true), QStringLiteral("\nx\n\ny"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("B"), true), QStringLiteral("\nb"));
+    // Later sections win, across files and across calls.
+    styles.initialize({third});
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("B"), true), QStringLiteral("\nthird"));
+    QCOMPARE(styles.getStyleSheet(QStringLiteral("only.here"), true), QStringLiteral("\n1"));
 }
 
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
-    const int childResult = runChildMode(app.arguments());
-    if (childResult >= 0)
-        return childResult;
+    if (app.arguments().value(1) == QLatin1String("--folder-before-initialize")) {
+        // Asking for a folder before initialize ends the process.
+        std::printf("%s\n", qPrintable(ImageManager().getImageFolder()));
+        return 0;
+    }
     TestRegistries test;
     return QTest::qExec(&test, argc, argv);
 }
