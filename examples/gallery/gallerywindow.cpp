@@ -11,8 +11,21 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+
+namespace {
+
+/** The size the pages are laid out for. */
+QSize designSize()
+{
+    const double factor = DPIinfo::getInstance()->getDPI();
+    return QSize(int(1040 * factor), int(680 * factor));
+}
+
+} // namespace
 
 GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, QWidget* parent)
     : QWidget(parent)
@@ -79,7 +92,7 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
         "#galleryPageList::item { color: #3C4043; padding: %3px %4px; border: none; }"
         "#galleryPageList::item:hover { background: #E8EAED; }"
         "#galleryPageList::item:selected { color: #174EA6; background: #D2E3FC; }"
-        "#galleryPages { background: #F8F9FA; }"
+        "#galleryPages, #galleryPages QScrollArea, #galleryPageViewport { background: #F8F9FA; }"
         "#galleryPages QGroupBox { background: #FFFFFF; border: 1px solid #DADCE0; border-radius: %5px;"
         "  margin-top: %6px; padding: %7px %8px %8px %8px; }"
         "#galleryPages QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left;"
@@ -92,7 +105,12 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     connect(m_pageList, &QListWidget::currentRowChanged, this, &GalleryWindow::showPage);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);
 
-    resize(int(1040 * factor), int(680 * factor));
+    // As large as the pages like, but never past the screen: pages scroll
+    // when the window is smaller than they are.
+    QSize size = designSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        size = size.boundedTo(screen->availableGeometry().size() * 0.9);
+    resize(size);
     rebuildPages();
 }
 
@@ -114,7 +132,11 @@ void GalleryWindow::rebuildPages()
     }
     // Pages are built when they are first shown: most starts look at one or two.
     for (const GalleryPage& page : GalleryPages::all()) {
-        m_pages->addWidget(new QWidget);
+        auto* scroll = new QScrollArea;
+        scroll->setWidgetResizable(true);
+        scroll->setFrameShape(QFrame::NoFrame);
+        scroll->viewport()->setObjectName(QStringLiteral("galleryPageViewport"));
+        m_pages->addWidget(scroll);
         m_pageList->addItem(page.title);
     }
     if (m_pageList->count() > 0)
@@ -126,13 +148,11 @@ void GalleryWindow::showPage(int row)
     const QList<GalleryPage> pages = GalleryPages::all();
     if (row < 0 || row >= pages.size())
         return;
-    QWidget* shown = m_pages->widget(row);
-    if (shown->objectName() != pages.at(row).name) {
+    auto* scroll = static_cast<QScrollArea*>(m_pages->widget(row));
+    if (!scroll->widget()) {
         QWidget* page = pages.at(row).create();
         page->setObjectName(pages.at(row).name);
-        m_pages->insertWidget(row, page);
-        m_pages->removeWidget(shown);
-        delete shown;
+        scroll->setWidget(page);
     }
     m_pages->setCurrentIndex(row);
 }
@@ -142,6 +162,8 @@ bool GalleryWindow::saveScreenshots(const QString& dir)
     QDir().mkpath(dir);
     bool allWritten = true;
     const QList<GalleryPage> pages = GalleryPages::all();
+    // Screenshots show the pages as laid out, whatever screen draws them.
+    resize(designSize());
     show();
     for (int i = 0; i < pages.size(); ++i) {
         m_pageList->setCurrentRow(i);
@@ -152,7 +174,7 @@ bool GalleryWindow::saveScreenshots(const QString& dir)
             allWritten = false;
         }
         if (pages.at(i).extraScreenshots)
-            pages.at(i).extraScreenshots(this, m_pages->widget(i), dir);
+            pages.at(i).extraScreenshots(this, static_cast<QScrollArea*>(m_pages->widget(i))->widget(), dir);
     }
     return allWritten;
 }
