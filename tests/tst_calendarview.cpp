@@ -1,4 +1,8 @@
 // The calendar view and the date selector built on it, driven as a user picks a date.
+//
+// The suite runs with the German captions over a French locale, so a name
+// that Qt's calendar would write itself (French, lower case) can never pass
+// for the toolkit's own (German).
 
 #include "testenvironment.h"
 #include "testmain.h"
@@ -6,63 +10,58 @@
 #include <orvacat/orvacat.h>
 
 #include <QCalendarWidget>
-#include <QHeaderView>
 #include <QListView>
 #include <QMenu>
 #include <QSpinBox>
-#include <QStandardItemModel>
 #include <QTableView>
 #include <QTableWidget>
 #include <QTextCharFormat>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 #include <memory>
 
 namespace {
 
-QString str(const char* key)
+const QStringList germanMonths{"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
+                               "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+
+QCalendarWidget* calendarOf(QWidget* view) { return view->findChild<QCalendarWidget*>(); }
+
+template <typename T = QToolButton>
+T* part(QWidget* view, const char* name)
 {
-    return ComponentStrings::getInstance()->getString(QLatin1String(key));
+    return view->findChild<T*>(QLatin1String(name));
 }
 
-QCalendarWidget* calendarOf(QWidget* view)
-{
-    return view->findChild<QCalendarWidget*>();
-}
-
-QTableView* dayGridOf(QWidget* view)
-{
-    return view->findChild<QTableView*>(QStringLiteral("qt_calendar_calendarview"));
-}
+QTableView* gridOf(QWidget* view) { return part<QTableView>(view, "qt_calendar_calendarview"); }
 
 /**
- * The grid cell a user would click for @p day of the shown month. Days of
- * the neighbouring months share the grid: small numbers of the next month
- * sit at the bottom, large ones of the previous month at the top.
+ * The grid cell of @p day in the shown month. Neighbouring months share the
+ * grid: their small numbers sit at the bottom, their large ones at the top.
  */
 QModelIndex dayCell(QTableView* grid, int day)
 {
-    QAbstractItemModel* model = grid->model();
     QModelIndex found;
-    for (int row = 0; row < model->rowCount(); ++row) {
-        for (int column = 0; column < model->columnCount(); ++column) {
-            const QModelIndex index = model->index(row, column);
-            if (index.data(Qt::DisplayRole).toString() != QString::number(day))
-                continue;
-            if (day <= 14 && !found.isValid())
-                found = index; // first match: this month's
-            else if (day > 14)
-                found = index; // last match: this month's
+    for (int row = 0; row < grid->model()->rowCount(); ++row) {
+        for (int column = 0; column < grid->model()->columnCount(); ++column) {
+            const QModelIndex index = grid->model()->index(row, column);
+            if (index.data().toString() == QString::number(day) && (day > 14 || !found.isValid()))
+                found = index;
         }
     }
     return found;
 }
 
-QPoint cellCentre(QTableView* grid, int day)
+void clickDay(QTableView* grid, int day)
 {
-    const QModelIndex index = dayCell(grid, day);
-    return index.isValid() ? grid->visualRect(index).center() : QPoint(-1, -1);
+    QVERIFY(dayCell(grid, day).isValid());
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, grid->visualRect(dayCell(grid, day)).center());
+}
+
+void click(QWidget* button)
+{
+    QVERIFY(button && button->isVisible());
+    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
 }
 
 std::unique_ptr<OrvaCalanderView> shownView(bool active = false)
@@ -75,49 +74,18 @@ std::unique_ptr<OrvaCalanderView> shownView(bool active = false)
     return view;
 }
 
-OrvaButton* todayButtonOf(QWidget* view)
-{
-    return view->findChild<OrvaButton*>(QStringLiteral("qt_calendar_today_button"));
-}
-
-QToolButton* toolButtonOf(QWidget* view, const char* name)
-{
-    return view->findChild<QToolButton*>(QLatin1String(name));
-}
-
-/** A shown window with a date selector in it. */
-struct SelectorFixture
-{
-    explicit SelectorFixture(bool active = false)
-        : window(new QWidget)
-        , selector(new OrvaDateSelector(QStringLiteral("Pick a date"), window.get()))
-    {
-        selector->move(10, 10);
-        window->resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
-        window->show();
-        if (!(active ? QTest::qWaitForWindowActive(window.get()) : QTest::qWaitForWindowExposed(window.get())))
-            qWarning("The selector did not show");
-    }
-
-    std::unique_ptr<QWidget> window;
-    OrvaDateSelector* selector;
-};
-
 QString focusName()
 {
     QWidget* focus = QApplication::focusWidget();
-    if (!focus)
-        return QStringLiteral("(none)");
     if (qobject_cast<OrvaCalanderView*>(focus))
         return QStringLiteral("view");
-    return focus->objectName();
+    return focus ? focus->objectName() : QStringLiteral("(none)");
 }
 
 void pressOnFocus(Qt::Key key)
 {
-    QWidget* focus = QApplication::focusWidget();
-    QVERIFY(focus);
-    QTest::keyClick(focus, key);
+    QVERIFY(QApplication::focusWidget());
+    QTest::keyClick(QApplication::focusWidget(), key);
 }
 
 } // namespace
@@ -128,15 +96,11 @@ class TestCalendarView : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup();
+    void cleanup() { QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList()); }
 
     void calendarIsReworked();
-    void weekdayHeaderShowsOneLetterSundayFirst();
-    void monthButtonAndMenuFollowThePage();
-    void itemViewOperationsAreInert();
-
-    void clickingADayEmitsIt();
-    void doubleClickEmitsMoreThanOnce();
+    void monthNamesFollowThePage();
+    void clicksEmitTheDay();
     void enterEmitsTheSelectedDay();
     void todayButtonSelectsAndEmitsToday();
     void tabWalksTheCycle_data();
@@ -144,168 +108,130 @@ private Q_SLOTS:
     void tabLeavesTheYearEditorForTheGrid();
 
     void selectorHoldsOneItem();
-    void invalidDateShowsThePlaceholder();
-    void pickingADayInThePopupClosesIt();
-    void enterInThePopupPicksTheDay();
+    void popupPicksADayAndCloses();
     void clearDateGoesBackToThePlaceholder();
 };
 
 void TestCalendarView::initTestCase()
 {
-    TestEnvironment::installDefaultTheme();
-}
-
-void TestCalendarView::cleanup()
-{
-    QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
+    QLocale::setDefault(QLocale(QLocale::French, QLocale::France)); // weeks start on Monday there
+    TestEnvironment::installDefaultTheme(QStringLiteral("deu"));
 }
 
 void TestCalendarView::calendarIsReworked()
 {
-    OrvaCalanderView view;
-    QCalendarWidget* calendar = calendarOf(&view);
-    QVERIFY(calendar);
-    QCOMPARE(calendar->firstDayOfWeek(), Qt::Sunday);
-    QCOMPARE(view.accessibleName(), str("accessible_calendar"));
-    // Weekends are not painted red.
-    QCOMPARE(calendar->weekdayTextFormat(Qt::Saturday).foreground().color(), QColor(Qt::black));
-    QCOMPARE(calendar->weekdayTextFormat(Qt::Sunday).foreground().color(), QColor(Qt::black));
+    auto view = shownView();
+    QCOMPARE(view->accessibleName(), QStringLiteral("Kalender"));
+    QCOMPARE(part(view.get(), "qt_calendar_prevmonth")->accessibleName(), QStringLiteral("Vorheriger Monat"));
+    QCOMPARE(part(view.get(), "qt_calendar_nextmonth")->accessibleName(), QStringLiteral("Nächster Monat"));
+    auto* today = part<OrvaButton>(view.get(), "qt_calendar_today_button");
+    QVERIFY(today);
+    QCOMPARE(today->text(), QStringLiteral("Heute"));
+    QCOMPARE(today->height(), TestEnvironment::scaled(24));
 
-    QToolButton* prev = toolButtonOf(&view, "qt_calendar_prevmonth");
-    QToolButton* next = toolButtonOf(&view, "qt_calendar_nextmonth");
-    QVERIFY(prev && next);
-    QCOMPARE(prev->accessibleName(), str("accessible_calendar_prev_month"));
-    QCOMPARE(next->accessibleName(), str("accessible_calendar_next_month"));
+    // One letter a day, Sunday first, between the navigation bar and the grid,
+    // and the grid agrees: 1 February 2024, a Thursday, is in the fifth column.
+    auto* header = part<QTableWidget>(view.get(), "qt_calendar_weekdayview");
+    QVERIFY(header && header->isVisible() && header->rowCount() == 1);
+    QString letters;
+    for (int i = 0; i < header->columnCount(); ++i)
+        letters += header->item(0, i)->text();
+    QCOMPARE(letters, QStringLiteral("SMDMDFS"));
+    auto top = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
+    QWidget* navigation = part<QWidget>(view.get(), "qt_calendar_navigationbar");
+    QTableView* grid = gridOf(view.get());
+    QVERIFY(top(navigation) + navigation->height() <= top(header));
+    QVERIFY(top(header) + header->height() <= top(grid));
+    view->setCurrentPage(2024, 2);
+    QCOMPARE(dayCell(grid, 1).column(), 4);
+    QCOMPARE(dayCell(grid, 4).column(), 0);
 
-    // The arrows are the theme's pictures at their logical size.
-    const QPixmap backend = getGlobalImage("bt_pagebar_backend", ImageManager::Normal);
-    QVERIFY(!backend.isNull());
+    // Weekends are not painted apart.
+    QCOMPARE(calendarOf(view.get())->weekdayTextFormat(Qt::Saturday).foreground().color(), QColor(Qt::black));
+    QCOMPARE(calendarOf(view.get())->weekdayTextFormat(Qt::Sunday).foreground().color(), QColor(Qt::black));
+
+    // The month arrows show the theme's pictures at their logical size.
+    QToolButton* prev = part(view.get(), "qt_calendar_prevmonth");
+    const QPixmap picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal);
+    QVERIFY(!picture.isNull());
     const double ratio = DPIinfo::getInstance()->getDPR();
-    QCOMPARE(prev->iconSize(), QSize(qRound(backend.width() / ratio), qRound(backend.height() / ratio)));
-    QImage shown = prev->icon().pixmap(backend.size()).toImage();
-    QImage expected = backend.toImage();
+    QCOMPARE(prev->iconSize(), QSize(qRound(picture.width() / ratio), qRound(picture.height() / ratio)));
+    QImage shown = prev->icon().pixmap(picture.size()).toImage();
+    QImage expected = picture.toImage();
     shown.setDevicePixelRatio(1);
     expected.setDevicePixelRatio(1);
     QCOMPARE(shown, expected);
-
-    OrvaButton* today = todayButtonOf(&view);
-    QVERIFY(today);
-    QCOMPARE(today->text(), str("today"));
-    QCOMPARE(today->maximumHeight(), TestEnvironment::scaled(24));
 }
 
-void TestCalendarView::weekdayHeaderShowsOneLetterSundayFirst()
+void TestCalendarView::monthNamesFollowThePage()
 {
     auto view = shownView();
-    auto* header = view->findChild<QTableWidget*>(QStringLiteral("qt_calendar_weekdayview"));
-    QVERIFY(header);
-    QCOMPARE(header->rowCount(), 1);
-    QCOMPARE(header->columnCount(), 7);
-    const char* days[] = {"sunday", "monday", "tuesday", "wednesday", "thursday", "friday", "saturday"};
-    for (int i = 0; i < 7; ++i) {
-        QTableWidgetItem* item = header->item(0, i);
-        QVERIFY(item);
-        QCOMPARE(item->text(), str(days[i]).left(1));
-    }
-    QCOMPARE(header->focusPolicy(), Qt::NoFocus);
+    QCalendarWidget* calendar = calendarOf(view.get());
+    QToolButton* month = part(view.get(), "qt_calendar_monthbutton");
+    QToolButton* year = part(view.get(), "qt_calendar_yearbutton");
+    QVERIFY(month && month->menu() && year);
 
-    // Directly under the navigation bar, above the day grid.
-    auto y = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
-    QWidget* navigation = view->findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"));
-    QVERIFY(navigation && header->isVisible());
-    QVERIFY(y(navigation) + navigation->height() <= y(header));
-    QVERIFY(y(header) + header->height() <= y(dayGridOf(view.get())));
-}
+    // The button names the month in full, the menu abbreviates.
+    QCOMPARE(month->text(), germanMonths.at(QDate::currentDate().month() - 1));
+    QStringList menu;
+    for (QAction* action : month->menu()->actions())
+        menu << QString::number(action->data().toInt()) + ' ' + action->text();
+    QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,12 Dez"));
 
-void TestCalendarView::monthButtonAndMenuFollowThePage()
-{
-    auto view = shownView();
-    QToolButton* month = toolButtonOf(view.get(), "qt_calendar_monthbutton");
-    QVERIFY(month && month->menu());
-    const char* keys[] = {"month_jan", "month_feb", "month_mar", "month_apr", "month_may", "month_jun",
-                          "month_jul", "month_aug", "month_sep", "month_oct", "month_nov", "month_dec"};
-    // The button shows the full name of this month, the menu the abbreviations.
-    QCOMPARE(month->text(), str(keys[QDate::currentDate().month() - 1]));
-    const QList<QAction*> actions = month->menu()->actions();
-    QCOMPARE(actions.size(), 12);
-    QAction* december = nullptr;
-    for (QAction* action : actions) {
-        const int m = action->data().toInt();
-        QVERIFY(m >= 1 && m <= 12);
-        QCOMPARE(action->text(), str(keys[m - 1]).left(3));
-        if (m == 12)
-            december = action;
-    }
-
+    // Paged by the arrows, by the keyboard and across the year.
     view->setCurrentPage(2024, 2);
-    QCOMPARE(month->text(), str("month_feb"));
-    QToolButton* next = toolButtonOf(view.get(), "qt_calendar_nextmonth");
-    QTest::mouseClick(next, Qt::LeftButton, Qt::NoModifier, next->rect().center());
-    QCOMPARE(calendarOf(view.get())->monthShown(), 3);
-    QCOMPARE(month->text(), str("month_mar"));
+    QCOMPARE(month->text(), QStringLiteral("Februar"));
+    click(part(view.get(), "qt_calendar_nextmonth"));
+    QCOMPARE(month->text(), QStringLiteral("März"));
+    click(part(view.get(), "qt_calendar_prevmonth"));
+    click(part(view.get(), "qt_calendar_prevmonth"));
+    QCOMPARE(month->text(), QStringLiteral("Januar"));
+    calendar->setSelectedDate(QDate(2024, 1, 15));
+    QTest::keyClick(gridOf(view.get()), Qt::Key_PageUp);
+    QCOMPARE(calendar->selectedDate(), QDate(2023, 12, 15));
+    QCOMPARE(month->text(), QStringLiteral("Dezember"));
+    QCOMPARE(year->text(), QStringLiteral("2023"));
+    click(part(view.get(), "qt_calendar_nextmonth"));
+    QCOMPARE(month->text(), QStringLiteral("Januar"));
+    QCOMPARE(year->text(), QStringLiteral("2024"));
 
-    // Picking a month from the menu turns the page and the name follows.
-    december->trigger();
-    QCOMPARE(calendarOf(view.get())->monthShown(), 12);
-    QCOMPARE(month->text(), str("month_dec"));
+    // A month picked from the menu turns the page, and the name follows.
+    month->menu()->actions().at(4)->trigger();
+    QCOMPARE(calendar->monthShown(), 5);
+    QCOMPARE(month->text(), QStringLiteral("Mai"));
 
-    // The slot offered for month menus ignores what names no month.
-    QAction nonsense(nullptr);
+    // The slot offered for a host's own month menu; what names no month changes nothing.
+    QAction august(nullptr), nonsense(nullptr);
+    august.setData(8);
     nonsense.setData(13);
+    view->slotMonthTriggered(&august);
+    QCOMPARE(month->text(), QStringLiteral("August"));
     view->slotMonthTriggered(&nonsense);
     view->slotMonthTriggered(nullptr);
-    QCOMPARE(month->text(), str("month_dec"));
+    QCOMPARE(month->text(), QStringLiteral("August"));
 }
 
-void TestCalendarView::itemViewOperationsAreInert()
-{
-    OrvaCalanderView view;
-    QStandardItemModel model(3, 1);
-    view.setModel(&model);
-    const QModelIndex index = model.index(1, 0);
-    QVERIFY(view.visualRect(index).isNull());
-    QCOMPARE(view.indexAt(QPoint(10, 10)), QModelIndex());
-    view.scrollTo(index);
-    view.setCurrentIndex(index);
-    view.keyboardSearch(QStringLiteral("x"));
-    view.setModel(nullptr);
-}
-
-void TestCalendarView::clickingADayEmitsIt()
+void TestCalendarView::clicksEmitTheDay()
 {
     auto view = shownView();
     view->setCurrentPage(2024, 2);
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
     QVERIFY(selected.isValid());
+    QTableView* grid = gridOf(view.get());
 
-    QTableView* grid = dayGridOf(view.get());
-    QVERIFY(grid);
-    const QPoint nine = cellCentre(grid, 9);
-    QVERIFY(grid->viewport()->rect().contains(nine));
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, nine);
+    clickDay(grid, 9);
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.at(0).at(0).toDate(), QDate(2024, 2, 9));
     QCOMPARE(calendarOf(view.get())->selectedDate(), QDate(2024, 2, 9));
-
-    // A late day of the month, past the next month's leading days.
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, cellCentre(grid, 28));
+    clickDay(grid, 28);
     QCOMPARE(selected.count(), 2);
     QCOMPARE(selected.at(1).at(0).toDate(), QDate(2024, 2, 28));
-}
 
-void TestCalendarView::doubleClickEmitsMoreThanOnce()
-{
-    auto view = shownView();
-    view->setCurrentPage(2024, 2);
-    QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
-    QSignalSpy activated(calendarOf(view.get()), &QCalendarWidget::activated);
-
-    // Through the window, as the platform delivers it: press, release, press
-    // (which Qt turns into a double click), release.
-    QTableView* grid = dayGridOf(view.get());
-    const QPoint inWindow = grid->viewport()->mapTo(view.get(), cellCentre(grid, 14));
+    // A double click through the window, as the platform delivers it, picks
+    // the day more than once: as clicked and as activated.
+    selected.clear();
+    const QPoint inWindow = grid->viewport()->mapTo(view.get(), grid->visualRect(dayCell(grid, 14)).center());
     QTest::mouseDClick(view->windowHandle(), Qt::LeftButton, Qt::NoModifier, inWindow);
-    QCOMPARE(activated.count(), 1);
     QVERIFY2(selected.count() >= 2, qPrintable(QString::number(selected.count())));
     for (const QList<QVariant>& emission : qAsConst(selected))
         QCOMPARE(emission.at(0).toDate(), QDate(2024, 2, 14));
@@ -314,15 +240,14 @@ void TestCalendarView::doubleClickEmitsMoreThanOnce()
 void TestCalendarView::enterEmitsTheSelectedDay()
 {
     auto view = shownView(true);
-    QCalendarWidget* calendar = calendarOf(view.get());
-    calendar->setSelectedDate(QDate(2024, 2, 9));
+    calendarOf(view.get())->setSelectedDate(QDate(2024, 2, 9));
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
 
-    // Tabbing into the grid keeps the selection and picks nothing.
-    toolButtonOf(view.get(), "qt_calendar_yearbutton")->setFocus();
+    // Tabbing into the grid lands on the selected day and picks nothing.
+    part(view.get(), "qt_calendar_yearbutton")->setFocus();
     QTRY_COMPARE(focusName(), QStringLiteral("qt_calendar_yearbutton"));
     pressOnFocus(Qt::Key_Tab);
-    QTableView* grid = dayGridOf(view.get());
+    QTableView* grid = gridOf(view.get());
     QVERIFY(grid->hasFocus());
     QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
     QCOMPARE(selected.count(), 0);
@@ -330,8 +255,6 @@ void TestCalendarView::enterEmitsTheSelectedDay()
     QTest::keyClick(grid, Qt::Key_Return);
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.at(0).at(0).toDate(), QDate(2024, 2, 9));
-
-    // Walk with the arrows, then Enter.
     QTest::keyClick(grid, Qt::Key_Right);
     QTest::keyClick(grid, Qt::Key_Down);
     QCOMPARE(selected.count(), 1); // moving alone picks nothing
@@ -346,19 +269,18 @@ void TestCalendarView::todayButtonSelectsAndEmitsToday()
     QCalendarWidget* calendar = calendarOf(view.get());
     view->setCurrentPage(2001, 5);
     QSignalSpy selected(view.get(), &OrvaCalanderView::sigDateSelect);
-    OrvaButton* today = todayButtonOf(view.get());
-    QVERIFY(today && today->isVisible());
-    QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
+    auto* today = part<OrvaButton>(view.get(), "qt_calendar_today_button");
+    click(today);
     QCOMPARE(selected.count(), 1);
     QCOMPARE(selected.at(0).at(0).toDate(), QDate::currentDate());
     QCOMPARE(calendar->selectedDate(), QDate::currentDate());
     QCOMPARE(calendar->monthShown(), QDate::currentDate().month());
 
-    // Outside the range, today is still emitted; the calendar keeps to its range.
+    // Outside the range today is still emitted; the calendar keeps to its range.
     const QDate limit = QDate::currentDate().addDays(-40);
     view->setMinimumDate(limit.addYears(-1));
     view->setMaximumDate(limit);
-    QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
+    click(today);
     QCOMPARE(selected.count(), 2);
     QCOMPARE(selected.at(1).at(0).toDate(), QDate::currentDate());
     QCOMPARE(calendar->selectedDate(), limit);
@@ -370,10 +292,9 @@ void TestCalendarView::tabWalksTheCycle_data()
     QTest::addColumn<QStringList>("cycle");
 
     // The year editor is hidden until the year button is clicked, so Tab passes it by.
-    const QStringList forward{QStringLiteral("qt_calendar_prevmonth"),   QStringLiteral("qt_calendar_nextmonth"),
-                              QStringLiteral("qt_calendar_monthbutton"), QStringLiteral("qt_calendar_yearbutton"),
-                              QStringLiteral("qt_calendar_calendarview"), QStringLiteral("qt_calendar_today_button"),
-                              QStringLiteral("view")};
+    const QStringList forward{"qt_calendar_prevmonth",    "qt_calendar_nextmonth",    "qt_calendar_monthbutton",
+                              "qt_calendar_yearbutton",   "qt_calendar_calendarview", "qt_calendar_today_button",
+                              "view"};
     QStringList backward(forward.rbegin() + 1, forward.rend());
     backward << QStringLiteral("view");
     QTest::newRow("tab") << int(Qt::Key_Tab) << forward;
@@ -399,20 +320,15 @@ void TestCalendarView::tabWalksTheCycle()
 void TestCalendarView::tabLeavesTheYearEditorForTheGrid()
 {
     auto view = shownView(true);
-    QToolButton* yearButton = toolButtonOf(view.get(), "qt_calendar_yearbutton");
-    auto* yearEdit = view->findChild<QSpinBox*>(QStringLiteral("qt_calendar_yearedit"));
-    QVERIFY(yearButton && yearEdit);
-    QVERIFY(!yearEdit->isVisible());
+    QToolButton* yearButton = part(view.get(), "qt_calendar_yearbutton");
+    auto* yearEdit = part<QSpinBox>(view.get(), "qt_calendar_yearedit");
+    QVERIFY(yearButton && yearEdit && !yearEdit->isVisible());
 
-    QTest::mouseClick(yearButton, Qt::LeftButton, Qt::NoModifier, yearButton->rect().center());
-    QTRY_VERIFY(yearEdit->isVisible());
-    QTRY_VERIFY(yearEdit->hasFocus());
-
+    click(yearButton);
+    QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
     pressOnFocus(Qt::Key_Tab);
     QCOMPARE(focusName(), QStringLiteral("qt_calendar_calendarview"));
-    // Leaving the editor ends the year editing: the button is back.
-    QTRY_VERIFY(!yearEdit->isVisible());
-    QVERIFY(yearButton->isVisible());
+    QTRY_VERIFY(!yearEdit->isVisible()); // leaving the editor ends the year editing
     pressOnFocus(Qt::Key_Tab);
     QCOMPARE(focusName(), QStringLiteral("qt_calendar_today_button"));
     pressOnFocus(Qt::Key_Backtab);
@@ -427,104 +343,74 @@ void TestCalendarView::selectorHoldsOneItem()
     QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
     QVERIFY(selector.itemData(0).toDate().isNull());
     OrvaCalanderView* view = selector.getCalendarView();
-    QVERIFY(view);
     QCOMPARE(static_cast<QAbstractItemView*>(view), selector.view());
 
     // A picked date turns the calendar's page; whatever comes, one item stays.
     selector.dateSelect(QDate(2024, 2, 9));
+    QCOMPARE(selector.currentText(), QStringLiteral("2024-02-09"));
     QCOMPARE(calendarOf(view)->yearShown(), 2024);
-    QCOMPARE(calendarOf(view)->monthShown(), 2);
-    QCOMPARE(toolButtonOf(view, "qt_calendar_monthbutton")->text(), str("month_feb"));
-    const QList<QDate> dates{QDate(2024, 2, 9), QDate(2024, 1, 31), QDate(), QDate(1999, 12, 31),
-                             QDate(2024, 2, 29), QDate(), QDate(2100, 6, 15)};
-    for (const QDate& date : dates) {
+    QCOMPARE(part(view, "qt_calendar_monthbutton")->text(), QStringLiteral("Februar"));
+    for (const QDate& date : {QDate(1999, 12, 31), QDate(), QDate(2024, 2, 29)}) {
         selector.dateSelect(date);
         QCOMPARE(selector.count(), 1);
         QCOMPARE(selector.currentIndex(), 0);
         QCOMPARE(selector.itemData(0).toDate(), date);
-        QCOMPARE(selector.currentText(),
-                 date.isValid() ? date.toString(QStringLiteral("yyyy-MM-dd")) : QStringLiteral("Pick a date"));
     }
-
-    OrvaDateSelector empty(QString{});
-    QCOMPARE(empty.count(), 1);
-    QCOMPARE(empty.currentText(), QString());
+    QCOMPARE(selector.currentText(), QStringLiteral("2024-02-29"));
 
     // A replaced view deletes the calendar; the selector goes on without it.
     selector.setView(new QListView);
     QCOMPARE(selector.getCalendarView(), nullptr);
-    selector.dateSelect(QDate(2024, 2, 9));
-    QCOMPARE(selector.currentText(), QStringLiteral("2024-02-09"));
+    selector.dateSelect(QDate(2024, 3, 1));
+    QCOMPARE(selector.currentText(), QStringLiteral("2024-03-01"));
     selector.clearDate();
     QCOMPARE(selector.currentText(), QStringLiteral("Pick a date"));
-    QCOMPARE(selector.count(), 1);
 }
 
-void TestCalendarView::invalidDateShowsThePlaceholder()
+void TestCalendarView::popupPicksADayAndCloses()
 {
-    SelectorFixture f;
-    OrvaDateSelector* selector = f.selector;
-    selector->dateSelect(QDate(2023, 7, 1));
+    QWidget window;
+    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), &window);
+    selector->move(10, 10);
+    window.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    OrvaCalanderView* view = selector->getCalendarView();
+    view->setCurrentPage(2024, 2);
 
-    selector->showPopup();
-    QTRY_VERIFY(selector->view()->isVisible());
+    // A click opens the calendar at its own size, not a list of one row.
+    click(selector);
+    QTRY_VERIFY(view->isVisible());
+    QVERIFY(view->window() != &window);
+    QVERIFY(view->window()->width() >= TestEnvironment::scaled(280));
+    QVERIFY(view->window()->height() >= TestEnvironment::scaled(260));
+
+    // An invalid date leaves it open; a day clicked in it closes it.
     selector->dateSelect(QDate());
-    QCOMPARE(selector->currentText(), QStringLiteral("Pick a date"));
-    QVERIFY(selector->view()->isVisible()); // left open
-    QCOMPARE(calendarOf(selector->getCalendarView())->monthShown(), 7);
-
-    selector->dateSelect(QDate(2024, 2, 9));
-    QTRY_VERIFY(!selector->view()->isVisible());
-    QCOMPARE(selector->currentText(), QStringLiteral("2024-02-09"));
-}
-
-void TestCalendarView::pickingADayInThePopupClosesIt()
-{
-    SelectorFixture f;
-    OrvaDateSelector* selector = f.selector;
-    selector->getCalendarView()->setCurrentPage(2024, 2);
-
-    QTest::mouseClick(selector, Qt::LeftButton, Qt::NoModifier, selector->rect().center());
-    QTRY_VERIFY(selector->view()->isVisible());
-    // The popup is the calendar at its own size, not a list of one row.
-    QWidget* popup = selector->view()->window();
-    QVERIFY(popup != f.window.get());
-    QVERIFY(popup->width() >= TestEnvironment::scaled(280));
-    QVERIFY(popup->height() >= TestEnvironment::scaled(260));
-
-    QTableView* grid = dayGridOf(selector->getCalendarView());
-    QVERIFY(grid->isVisible());
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, cellCentre(grid, 20));
-    QTRY_VERIFY(!selector->view()->isVisible());
+    QVERIFY(view->isVisible());
+    clickDay(gridOf(view), 20);
+    QTRY_VERIFY(!view->isVisible());
     QCOMPARE(selector->count(), 1);
     QCOMPARE(selector->currentText(), QStringLiteral("2024-02-20"));
 
-    // The today button inside the popup picks today.
-    selector->showPopup();
-    QTRY_VERIFY(selector->view()->isVisible());
-    OrvaButton* today = todayButtonOf(selector->getCalendarView());
-    QTest::mouseClick(today, Qt::LeftButton, Qt::NoModifier, today->rect().center());
-    QTRY_VERIFY(!selector->view()->isVisible());
-    QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
-}
-
-void TestCalendarView::enterInThePopupPicksTheDay()
-{
-    SelectorFixture f(true);
-    OrvaDateSelector* selector = f.selector;
-    calendarOf(selector->getCalendarView())->setSelectedDate(QDate(2024, 2, 9));
-
+    // Alt+Down opens it by the keyboard; Enter on a day picks it.
     selector->setFocus();
     QTest::keyClick(selector, Qt::Key_Down, Qt::AltModifier);
-    QTRY_VERIFY(selector->view()->isVisible());
-    QTableView* grid = dayGridOf(selector->getCalendarView());
+    QTRY_VERIFY(view->isVisible());
+    QTableView* grid = gridOf(view);
     grid->setFocus();
     QTRY_VERIFY(grid->hasFocus());
     QTest::keyClick(grid, Qt::Key_Right);
     QTest::keyClick(grid, Qt::Key_Return);
-    QTRY_VERIFY(!selector->view()->isVisible());
-    QCOMPARE(selector->count(), 1);
-    QCOMPARE(selector->currentText(), QStringLiteral("2024-02-10"));
+    QTRY_VERIFY(!view->isVisible());
+    QCOMPARE(selector->currentText(), QStringLiteral("2024-02-21"));
+
+    // The today button inside it picks today.
+    selector->showPopup();
+    QTRY_VERIFY(view->isVisible());
+    click(part<OrvaButton>(view, "qt_calendar_today_button"));
+    QTRY_VERIFY(!view->isVisible());
+    QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
 }
 
 void TestCalendarView::clearDateGoesBackToThePlaceholder()
@@ -533,7 +419,6 @@ void TestCalendarView::clearDateGoesBackToThePlaceholder()
     QCalendarWidget* calendar = calendarOf(selector.getCalendarView());
     calendar->setSelectedDate(QDate(2019, 11, 3));
     selector.dateSelect(QDate(2019, 11, 3));
-    QCOMPARE(calendar->monthShown(), 11);
 
     for (int twice = 0; twice < 2; ++twice) {
         selector.clearDate();
