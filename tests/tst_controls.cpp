@@ -296,31 +296,41 @@ void TestControls::linkLabelHoverLook_data()
     QTest::addColumn<QString>("script");
     QTest::newRow("enter and leave") << "=off enter=on leave=off enter=on leave=off";
     QTest::newRow("disabled changes nothing") << "disable enter=off leave=off enable";
-    // A host's own override cursor is neither replaced nor lost.
-    QTest::newRow("host cursor") << "host enter=on leave=off";
+    QTest::newRow("two enters, one leave") << "enter enter=on leave=off";
+    // Whatever happens to a hovered label, the look goes with the pointer or the label.
+    QTest::newRow("disabled while hovered") << "enter disable=off leave=off enable=off enter=on leave=off";
+    QTest::newRow("hidden while hovered") << "enter hide=off show=off leave=off";
+    QTest::newRow("deleted while hovered") << "enter=on delete=off";
+    // A host's own override cursor is neither replaced nor lost, even pushed over the hand.
+    QTest::newRow("host cursor") << "host enter=on leave=off leave";
+    QTest::newRow("host cursor over the hand") << "enter=on host delete";
 }
 
 void TestControls::linkLabelHoverLook()
 {
     QFETCH(QString, script);
-    auto* link = new LinkLabel(QStringLiteral("Open the help"));
+    QPointer<LinkLabel> link = new LinkLabel(QStringLiteral("Open the help"));
     Window shown(link);
     QVERIFY(QTest::qWaitForWindowExposed(&shown.window));
-    const bool host = script.startsWith(QLatin1String("host"));
-    if (host)
-        QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    const bool host = script.contains(QLatin1String("host"));
     for (const QString& token : script.split(QLatin1Char(' '))) {
         const QString step = token.section(QLatin1Char('='), 0, 0);
         if (step == QLatin1String("enter") || step == QLatin1String("leave"))
             pointer(link, step == QLatin1String("enter") ? QEvent::Enter : QEvent::Leave);
         else if (step.endsWith(QLatin1String("able")))
             link->setEnabled(step == QLatin1String("enable"));
+        else if (step == QLatin1String("hide") || step == QLatin1String("show"))
+            link->setVisible(step == QLatin1String("show"));
+        else if (step == QLatin1String("delete"))
+            delete link;
+        else if (step == QLatin1String("host"))
+            QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
         if (!token.contains(QLatin1Char('=')))
             continue;
         const QCursor* cursor = QGuiApplication::overrideCursor();
         const bool on = token.endsWith(QLatin1String("on"));
         QVERIFY2((cursor && cursor->shape() == Qt::PointingHandCursor) == on, qPrintable(token));
-        QVERIFY2(link->font().underline() == on, qPrintable(token));
+        QVERIFY2(!link || link->font().underline() == on, qPrintable(token));
     }
     const QCursor* left = QGuiApplication::overrideCursor();
     QCOMPARE(left ? int(left->shape()) : -1, host ? int(Qt::WaitCursor) : -1);
@@ -350,6 +360,13 @@ void TestControls::linkLabelClickedBeforeThePress()
     link->setEnabled(false);
     QTest::mouseClick(link, Qt::LeftButton);
     QCOMPARE(clicked.count(), 2);
+
+    // Click the link, the page closes: no hand cursor is left behind.
+    link->setEnabled(true);
+    pointer(link, QEvent::Enter);
+    connect(link, &LinkLabel::clicked, this, [link] { delete link; });
+    QTest::mousePress(link, Qt::LeftButton);
+    QVERIFY(holder.children().isEmpty());
 }
 
 void TestControls::menuStaysOnScreen_data()

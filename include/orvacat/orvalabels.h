@@ -29,8 +29,9 @@ protected:
  * the text is underlined. A press emits clicked(); the label never opens
  * the link itself, the receiver does (getHyperLink() holds the target).
  *
- * Disabling the label while the pointer is over it leaves the override
- * cursor pushed until the pointer enters and leaves it enabled again.
+ * The label takes back exactly the cursor and underline it set when the
+ * pointer leaves, and also when it is disabled, hidden or deleted while the
+ * pointer is over it; an override cursor a host pushed meanwhile stays.
  */
 class ORVACAT_EXPORT LinkLabel : public QLabel
 {
@@ -38,6 +39,7 @@ class ORVACAT_EXPORT LinkLabel : public QLabel
 
 public:
     explicit LinkLabel(const QString& text = QString(), QLabel* parent = nullptr);
+    ~LinkLabel() override;
 
     void setHyperLink(const QString& link);
     QString getHyperLink();
@@ -50,9 +52,14 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
+    void setHoverLook(bool on);
+
     QString m_hyperLink;
+    bool m_hoverLook = false;
 };
 
 /**

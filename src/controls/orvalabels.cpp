@@ -28,9 +28,37 @@ void OrvaLabel::resizeEvent(QResizeEvent* event)
     }
 }
 
+namespace {
+
+// Takes the pointing hand a link label pushed off the application's override
+// cursors; whatever a host pushed over it since is put back as it was.
+void removePointingHand()
+{
+    QList<QCursor> above;
+    while (const QCursor* top = QGuiApplication::overrideCursor()) {
+        const bool hand = top->shape() == Qt::PointingHandCursor;
+        if (!hand)
+            above.prepend(*top);
+        QGuiApplication::restoreOverrideCursor();
+        if (hand)
+            break;
+    }
+    for (const QCursor& cursor : qAsConst(above))
+        QGuiApplication::setOverrideCursor(cursor);
+}
+
+} // namespace
+
 LinkLabel::LinkLabel(const QString& text, QLabel* parent)
     : QLabel(text, parent)
 {
+}
+
+LinkLabel::~LinkLabel()
+{
+    // Closing the page from a click handler deletes the label under the pointer.
+    if (m_hoverLook)
+        removePointingHand();
 }
 
 void LinkLabel::setHyperLink(const QString& link)
@@ -43,29 +71,51 @@ QString LinkLabel::getHyperLink()
     return m_hyperLink;
 }
 
+void LinkLabel::setHoverLook(bool on)
+{
+    // Enter and leave do not always come in pairs: only what was set is taken back.
+    if (on == m_hoverLook)
+        return;
+    m_hoverLook = on;
+    if (on)
+        QGuiApplication::setOverrideCursor(QCursor(Qt::PointingHandCursor));
+    else
+        removePointingHand();
+    QFont underlined = font();
+    underlined.setUnderline(on);
+    setFont(underlined);
+}
+
 void LinkLabel::enterEvent(QEvent* event)
 {
-    if (isEnabled()) {
-        QGuiApplication::setOverrideCursor(QCursor(Qt::PointingHandCursor));
-        QFont underlined = font();
-        underlined.setUnderline(true);
-        setFont(underlined);
-    }
+    if (isEnabled())
+        setHoverLook(true);
     QLabel::enterEvent(event);
 }
 
 void LinkLabel::leaveEvent(QEvent* event)
 {
     if (isEnabled()) {
-        QGuiApplication::restoreOverrideCursor();
-        QFont plain = font();
-        plain.setUnderline(false);
-        setFont(plain);
+        setHoverLook(false);
         QLabel::leaveEvent(event);
     } else {
         // Kept as it always was: the base enter handler does nothing visible here.
         QLabel::enterEvent(event);
     }
+}
+
+void LinkLabel::changeEvent(QEvent* event)
+{
+    // Disabled, the label gets no leave event to take its look back with.
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        setHoverLook(false);
+    QLabel::changeEvent(event);
+}
+
+void LinkLabel::hideEvent(QHideEvent* event)
+{
+    setHoverLook(false);
+    QLabel::hideEvent(event);
 }
 
 void LinkLabel::mousePressEvent(QMouseEvent* event)
