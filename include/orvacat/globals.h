@@ -8,10 +8,11 @@
 
 /**
  * The toolkit's logging category, named "debug.message". Every diagnostic of
- * the toolkit is a warning on it; disable its warning level to silence them:
- * QLoggingCategory::setFilterRules("debug.message.warning=false").
+ * the toolkit is a warning on it; disable its warning level to silence them,
+ * debug_message.setEnabled(QtWarningMsg, false) or a filter rule
+ * "debug.message.warning=false". Not const, so that hosts can do the former.
  */
-ORVACAT_EXPORT extern const QLoggingCategory debug_message;
+ORVACAT_EXPORT extern QLoggingCategory debug_message;
 
 /**
  * The rectangle of the check box that ItemDelegate drew last. Nothing in the

@@ -1,5 +1,5 @@
 #include <orvacat/globals.h>
 
-const QLoggingCategory debug_message("debug.message");
+QLoggingCategory debug_message("debug.message");
 
 QRect g_check_rect;
