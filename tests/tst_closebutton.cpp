@@ -66,9 +66,10 @@ void TestCloseButton::windowsWithoutNativeButtonAreLeftAlone()
 void TestCloseButton::closeButtonIsTakenAndGivenBack_data()
 {
     // The window's flags (0: a plain widget's), and calls through a widget
-    // inside it ("-" disable, "+" enable), each followed by "=" and whether
-    // the close button is offered after it. Whatever the calls, the window
-    // ends with the flags and hints it started with.
+    // inside it ("-" disable, "+" enable; "top": meanwhile the host keeps the
+    // window on top), each followed by "=" and whether the close button is
+    // offered after it. Whatever the calls, the window ends with the flags
+    // and hints it started with, and the host's own change.
     QTest::addColumn<int>("flags");
     QTest::addColumn<QString>("calls");
     const int custom = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint;
@@ -78,6 +79,7 @@ void TestCloseButton::closeButtonIsTakenAndGivenBack_data()
     QTest::newRow("repeated disable restores the original") << 0 << "-=n -=n +=y";
     QTest::newRow("enable without disable changes nothing") << 0 << "+=y";
     QTest::newRow("window without close button stays so") << custom << "-=n +=n";
+    QTest::newRow("host keeps the window on top meanwhile") << 0 << "-=n top=n +=y";
 }
 
 void TestCloseButton::closeButtonIsTakenAndGivenBack()
@@ -93,14 +95,21 @@ void TestCloseButton::closeButtonIsTakenAndGivenBack()
     window.setGeometry(100, 100, 320, 200);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const WId id = window.windowHandle()->winId();
+    WId id = window.windowHandle()->winId();
     const Qt::WindowFlags before = window.windowFlags();
     const QRect geometry = window.geometry();
     const MotifHints original = readMotifHints(id);
 
     for (const QString& call : calls.split(QLatin1Char(' '))) {
         const bool offered = call.endsWith(QLatin1Char('y'));
-        SHAPISetCloseButtonOfWindowEnable(button, call.startsWith(QLatin1Char('+')), nullptr);
+        if (call.startsWith(QLatin1String("top"))) {
+            window.setWindowFlag(Qt::WindowStaysOnTopHint);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            id = window.windowHandle()->winId();
+        } else {
+            SHAPISetCloseButtonOfWindowEnable(button, call.startsWith(QLatin1Char('+')), nullptr);
+        }
         QTRY_VERIFY2(readMotifHints(id).allowsClose() == offered, qPrintable(call + ": " + describe(readMotifHints(id))));
         const MotifHints now = readMotifHints(id);
         if (!offered && original.allowsClose()) {
@@ -119,7 +128,8 @@ void TestCloseButton::closeButtonIsTakenAndGivenBack()
         QVERIFY(window.windowHandle()->isVisible());
         QCOMPARE(window.geometry(), geometry);
     }
-    QCOMPARE(window.windowFlags(), before);
+    const bool top = calls.contains(QLatin1String("top"));
+    QCOMPARE(window.windowFlags(), before | (top ? Qt::WindowStaysOnTopHint : Qt::WindowFlags()));
     const MotifHints after = readMotifHints(id);
     QCOMPARE(describe(after), describe(original));
     QVERIFY(!button->isWindow());

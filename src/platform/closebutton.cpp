@@ -7,9 +7,10 @@
 
 namespace {
 
-// The window flags as they were before the close button was taken away,
-// kept on the top-level widget until the button is given back.
-const char savedFlagsProperty[] = "_orvacat_flags_before_close_button";
+// The hints changed to take the close button away, kept on the top-level
+// widget until the button is given back. Only those are given back: the host
+// may change other flags meanwhile (keep the window on top, say).
+const char changedHintsProperty[] = "_orvacat_close_button_hints";
 
 void applyFlags(QWidget* window, QWindow* handle, Qt::WindowFlags flags)
 {
@@ -36,18 +37,22 @@ void SHAPISetCloseButtonOfWindowEnable(QWidget* widget, bool enable, void** unus
     if (QGuiApplication::platformName() != QLatin1String("xcb"))
         return;
 
-    const QVariant saved = window->property(savedFlagsProperty);
+    const QVariant changed = window->property(changedHintsProperty);
+    const Qt::WindowFlags flags = handle->flags();
     if (enable) {
-        if (!saved.isValid())
+        if (!changed.isValid())
             return;
-        window->setProperty(savedFlagsProperty, QVariant());
-        applyFlags(window, handle, Qt::WindowFlags(QFlag(saved.toInt())));
+        window->setProperty(changedHintsProperty, QVariant());
+        // Taking the button away cleared the close hint and set the others;
+        // if the host has set any of them anew since, the buttons are its call.
+        const Qt::WindowFlags hints(QFlag(changed.toInt()));
+        if ((flags & hints) == (hints & ~Qt::WindowCloseButtonHint))
+            applyFlags(window, handle, flags ^ hints);
         return;
     }
 
-    if (saved.isValid())
+    if (changed.isValid())
         return;
-    const Qt::WindowFlags flags = handle->flags();
     // Without CustomizeWindowHint the platform draws a title bar and, on a
     // plain window without button hints, all buttons; with it, every hint is
     // taken as it stands, so those implied ones must be spelled out.
@@ -60,6 +65,6 @@ void SHAPISetCloseButtonOfWindowEnable(QWidget* widget, bool enable, void** unus
     withoutClose &= ~Qt::WindowCloseButtonHint;
     if (withoutClose == flags)
         return;
-    window->setProperty(savedFlagsProperty, int(flags));
+    window->setProperty(changedHintsProperty, int(flags ^ withoutClose));
     applyFlags(window, handle, withoutClose);
 }
