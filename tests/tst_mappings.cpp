@@ -1,5 +1,4 @@
-// Language codes and file-type icons: the cases where a lookup can go wrong
-// (letter case, duplicates, redirection, unknown input, the Chinese rule).
+// Language codes and file-type icons as a host looks them up.
 
 #include "testmain.h"
 
@@ -12,33 +11,14 @@
 
 namespace {
 
+// In the order of the data columns below.
 const char* const localeVariables[] = {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"};
 
-/** Sets the desktop's locale variables (in localeVariables' order) and restores them after. */
-class DesktopLanguages
+void setDesktopLanguages(const QByteArrayList& values)
 {
-public:
-    explicit DesktopLanguages(const QByteArrayList& values)
-    {
-        for (int i = 0; i < 4; ++i) {
-            m_saved << qgetenv(localeVariables[i]);
-            set(i, values.value(i));
-        }
-    }
-    ~DesktopLanguages()
-    {
-        for (int i = 0; i < 4; ++i)
-            set(i, m_saved.at(i));
-    }
-
-private:
-    static void set(int i, const QByteArray& value)
-    {
-        value.isEmpty() ? qunsetenv(localeVariables[i]) : qputenv(localeVariables[i], value);
-    }
-
-    QByteArrayList m_saved;
-};
+    for (int i = 0; i < 4; ++i)
+        values.value(i).isEmpty() ? qunsetenv(localeVariables[i]) : qputenv(localeVariables[i], values.value(i));
+}
 
 void setAppleLanguages(const QVariant& value)
 {
@@ -47,7 +27,11 @@ void setAppleLanguages(const QVariant& value)
         settings.setValue(QStringLiteral("AppleLanguages"), value);
     else
         settings.remove(QStringLiteral("AppleLanguages"));
-    settings.sync();
+}
+
+QString languageOf(const char* locale)
+{
+    return OrvaLocale::getInstance()->getLanguageByLocale(QLatin1String(locale));
 }
 
 } // namespace
@@ -58,20 +42,24 @@ class TestMappings : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup() { setAppleLanguages(QVariant()); }
+    void cleanup()
+    {
+        setAppleLanguages(QVariant());
+        setDesktopLanguages({});
+    }
 
     void languageByLocale_data();
     void languageByLocale();
+    void everyShippedLanguageIsReachable();
     void languageMapAddsAndRedirects();
     void chineseFollowsThePreferredLanguages_data();
     void chineseFollowsThePreferredLanguages();
-    void chineseFollowsTheSetting_data();
-    void chineseFollowsTheSetting();
     void defaultLanguageOfTheSystem_data();
     void defaultLanguageOfTheSystem();
 
     void fileTypeByExtension_data();
     void fileTypeByExtension();
+    void everyShippedIconHasAnExtension();
     void mappingFileAddsAndConstructionRestores();
 
 private:
@@ -85,48 +73,55 @@ void TestMappings::initTestCase()
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settingsDir.filePath(QStringLiteral("user")));
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, m_settingsDir.filePath(QStringLiteral("system")));
     QCoreApplication::setOrganizationName(QStringLiteral("orvacat-tests"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_mappings"));
-    setAppleLanguages(QVariant());
+    cleanup();
 }
 
 void TestMappings::languageByLocale_data()
 {
     QTest::addColumn<QString>("locale");
     QTest::addColumn<QString>("code");
-    QTest::newRow("language and region") << "en_us" << "enu";
     QTest::newRow("region ignored") << "fr_ca" << "fra";
-    QTest::newRow("bokmal shares norwegian") << "nb_no" << "nor";
-    QTest::newRow("nynorsk shares norwegian") << "nn" << "nor";
+    QTest::newRow("bokmål shares the norwegian code") << "nb_no" << "nor";
+    QTest::newRow("nynorsk shares the norwegian code") << "nn_no" << "nor";
+    QTest::newRow("norwegian without region") << "no" << "nor";
     QTest::newRow("unknown language") << "xx_yy" << "enu";
-    QTest::newRow("empty name") << "" << "enu";
     QTest::newRow("not case-folded") << "DE_DE" << "enu";
     QTest::newRow("hyphen is not a separator") << "de-de" << "enu";
-    QTest::newRow("first underscore only") << "sv_se_x" << "sve";
-    QTest::newRow("leading underscore") << "_de" << "enu";
-    QTest::newRow("pt") << "pt" << "ptg";
+    QTest::newRow("portuguese without region") << "pt" << "ptg";
     QTest::newRow("brazil") << "pt_br" << "ptb";
-    QTest::newRow("angola") << "pt_ao" << "ptb";
-    QTest::newRow("upper-case portuguese region") << "pt_PT" << "ptb";
-    QTest::newRow("upper-case portuguese language") << "PT_BR" << "enu";
+    QTest::newRow("portugal only in lower case") << "pt_PT" << "ptb";
 }
 
 void TestMappings::languageByLocale()
 {
     QFETCH(QString, locale);
     QFETCH(QString, code);
-    OrvaLocale* locales = OrvaLocale::getInstance();
-    QCOMPARE(locales->getLanguageByLocale(locale), code);
+    QCOMPARE(OrvaLocale::getInstance()->getLanguageByLocale(locale), code);
     if (locale.startsWith(QLatin1String("pt")))
-        QCOMPARE(locales->getPortugueseLanguage(locale), code);
+        QCOMPARE(OrvaLocale::getInstance()->getPortugueseLanguage(locale), code);
+}
+
+void TestMappings::everyShippedLanguageIsReachable()
+{
+    // The codes a host ships captions and help for (Chinese aside): each must
+    // come out for some locale the system can report, and no other may.
+    const QStringList shipped = QStringLiteral("csy dan deu enu esn fra hun ita jpn krn nld nor plk ptb ptg rus sve trk")
+                                    .split(QLatin1Char(' '));
+    QSet<QString> reached;
+    for (const QLocale& locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
+        if (locale.language() != QLocale::Chinese)
+            reached << OrvaLocale::getInstance()->getLanguageByLocale(locale.name().toLower());
+    }
+    QStringList codes = reached.values();
+    codes.sort();
+    QCOMPARE(codes, shipped);
 }
 
 void TestMappings::languageMapAddsAndRedirects()
 {
-    OrvaLocale locales; // a private table: the shared one stays as shipped for the other cases
+    OrvaLocale locales; // a table of its own: the shared one stays as shipped
     locales.setLanguageMap(QStringLiteral("xx"), QStringLiteral("abc"));
     QCOMPARE(locales.getLanguageByLocale(QStringLiteral("xx_yy")), QStringLiteral("abc"));
-    QCOMPARE(locales.getLanguageByLocale(QStringLiteral("xx")), QStringLiteral("abc"));
-
     locales.setLanguageMap(QStringLiteral("de"), QStringLiteral("ger"));
     QCOMPARE(locales.getLanguageByLocale(QStringLiteral("de_at")), QStringLiteral("ger"));
 
@@ -136,74 +131,45 @@ void TestMappings::languageMapAddsAndRedirects()
     locales.setLanguageMap(QStringLiteral("pt"), QStringLiteral("por"));
     QCOMPARE(locales.getLanguageByLocale(QStringLiteral("pt_br")), QStringLiteral("ptb"));
     locales.setLanguageMap(QStringLiteral("zh"), QStringLiteral("zho"));
-    const DesktopLanguages none({});
     QCOMPARE(locales.getLanguageByLocale(QStringLiteral("zh_cn")), QStringLiteral("cht"));
-
-    QCOMPARE(OrvaLocale::getInstance()->getLanguageByLocale(QStringLiteral("xx_yy")), QStringLiteral("enu"));
 }
 
 void TestMappings::chineseFollowsThePreferredLanguages_data()
 {
-    // LANGUAGE, LC_ALL, LC_MESSAGES, LANG
-    QTest::addColumn<QByteArrayList>("desktop");
+    QTest::addColumn<QVariant>("setting"); // "AppleLanguages" in the application's settings
+    QTest::addColumn<QByteArrayList>("desktop"); // LANGUAGE, LC_ALL, LC_MESSAGES, LANG
     QTest::addColumn<QString>("code");
-    QTest::newRow("nothing set") << QByteArrayList{} << "cht";
-    QTest::newRow("C locale") << QByteArrayList{"", "", "", "C"} << "cht";
-    QTest::newRow("LANG zh_CN") << QByteArrayList{"", "", "", "zh_CN.UTF-8"} << "chs";
-    QTest::newRow("LANG zh_SG") << QByteArrayList{"", "", "", "zh_SG.UTF-8"} << "chs";
-    QTest::newRow("LANG zh_TW") << QByteArrayList{"", "", "", "zh_TW.UTF-8"} << "cht";
-    QTest::newRow("LANG zh_HK") << QByteArrayList{"", "", "", "zh_HK"} << "cht";
-    QTest::newRow("bare zh is simplified") << QByteArrayList{"", "", "", "zh"} << "chs";
-    QTest::newRow("explicit script") << QByteArrayList{"", "", "", "zh_Hant_CN"} << "cht";
-    QTest::newRow("LC_MESSAGES over LANG") << QByteArrayList{"", "", "zh_CN.UTF-8", "zh_TW.UTF-8"} << "chs";
-    QTest::newRow("LC_ALL over LC_MESSAGES") << QByteArrayList{"", "zh_TW.UTF-8", "zh_CN.UTF-8", ""} << "cht";
-    // zh_TW as locale, but the first preferred language is Simplified.
-    QTest::newRow("LANGUAGE first") << QByteArrayList{"zh_CN:zh_TW", "", "", "zh_TW.UTF-8"} << "chs";
-    QTest::newRow("English preferred first") << QByteArrayList{"en_US:zh_CN", "", "", "zh_CN.UTF-8"} << "cht";
-    QTest::newRow("LANGUAGE with empty entries") << QByteArrayList{"::zh_SG", "", "", "en_US.UTF-8"} << "chs";
+    const QVariant none;
+    QTest::newRow("nothing set") << none << QByteArrayList{} << "cht";
+    QTest::newRow("simplified region") << none << QByteArrayList{"", "", "", "zh_CN.UTF-8"} << "chs";
+    QTest::newRow("traditional region") << none << QByteArrayList{"", "", "", "zh_TW.UTF-8"} << "cht";
+    QTest::newRow("script over region") << none << QByteArrayList{"", "", "", "zh_Hant_CN"} << "cht";
+    QTest::newRow("LC_MESSAGES over LANG") << none << QByteArrayList{"", "", "zh_CN.UTF-8", "zh_TW.UTF-8"} << "chs";
+    QTest::newRow("LC_ALL over LC_MESSAGES") << none << QByteArrayList{"", "zh_TW.UTF-8", "zh_CN.UTF-8", ""} << "cht";
+    QTest::newRow("LANGUAGE first") << none << QByteArrayList{"zh_CN:zh_TW", "", "", "zh_TW.UTF-8"} << "chs";
+    QTest::newRow("another language first") << none << QByteArrayList{"en_US:zh_CN", "", "", "zh_CN.UTF-8"} << "cht";
     // As in the C library, LANGUAGE does not count while the locale is C.
-    QTest::newRow("LANGUAGE under C") << QByteArrayList{"zh_CN", "C", "", ""} << "cht";
-    QTest::newRow("garbage") << QByteArrayList{":::", "@.", "", "_"} << "cht";
+    QTest::newRow("LANGUAGE under C") << none << QByteArrayList{"zh_CN", "C", "", ""} << "cht";
+    // The setting, when there, is the whole answer.
+    const QByteArrayList traditional{"", "", "", "zh_TW.UTF-8"};
+    const QByteArrayList simplified{"", "", "", "zh_CN.UTF-8"};
+    QTest::newRow("setting simplified first") << QVariant(QStringList{"zh-Hans-CN", "en-US"}) << traditional << "chs";
+    QTest::newRow("setting simplified second") << QVariant(QStringList{"en-US", "zh-Hans-CN"}) << simplified << "cht";
+    QTest::newRow("setting case-sensitive") << QVariant(QStringList{"zh-hans-CN"}) << simplified << "cht";
+    QTest::newRow("setting empty") << QVariant(QStringList()) << simplified << "cht";
 }
 
 void TestMappings::chineseFollowsThePreferredLanguages()
 {
+    QFETCH(QVariant, setting);
     QFETCH(QByteArrayList, desktop);
     QFETCH(QString, code);
-    const DesktopLanguages languages(desktop);
-    OrvaLocale* locales = OrvaLocale::getInstance();
+    setDesktopLanguages(desktop);
+    setAppleLanguages(setting);
     // The region of the locale asked about plays no part.
-    for (const char* locale : {"zh_tw", "zh_cn", "zh"})
-        QCOMPARE(locales->getLanguageByLocale(QLatin1String(locale)), code);
-    QCOMPARE(locales->getChineseLanguage(QString()), code);
-}
-
-void TestMappings::chineseFollowsTheSetting_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("code");
-    QTest::newRow("simplified first") << QVariant(QStringList{"zh-Hans-CN", "en-US"}) << "chs";
-    QTest::newRow("traditional first") << QVariant(QStringList{"zh-Hant-TW", "zh-Hans-CN"}) << "cht";
-    QTest::newRow("simplified second") << QVariant(QStringList{"en-US", "zh-Hans-CN"}) << "cht";
-    QTest::newRow("case-sensitive") << QVariant(QStringList{"zh-hans-CN"}) << "cht";
-    QTest::newRow("single string") << QVariant(QStringLiteral("zh-Hans")) << "chs";
-    QTest::newRow("empty list") << QVariant(QStringList()) << "cht";
-}
-
-void TestMappings::chineseFollowsTheSetting()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QString, code);
-    // The setting wins over a desktop that says the opposite.
-    const bool simplified = code == QLatin1String("chs");
-    const DesktopLanguages desktop({"", "", "", simplified ? "zh_TW.UTF-8" : "zh_CN.UTF-8"});
-    setAppleLanguages(value);
-    QCOMPARE(OrvaLocale::getInstance()->getLanguageByLocale(QStringLiteral("zh_cn")), code);
-
-    // Read anew on every call.
-    setAppleLanguages(QVariant());
-    QCOMPARE(OrvaLocale::getInstance()->getLanguageByLocale(QStringLiteral("zh_cn")),
-             simplified ? QStringLiteral("cht") : QStringLiteral("chs"));
+    QCOMPARE(languageOf("zh_tw"), code);
+    QCOMPARE(languageOf("zh_cn"), code);
+    QCOMPARE(OrvaLocale::getInstance()->getChineseLanguage(QString()), code);
 }
 
 void TestMappings::defaultLanguageOfTheSystem_data()
@@ -211,11 +177,8 @@ void TestMappings::defaultLanguageOfTheSystem_data()
     QTest::addColumn<QString>("language");
     QTest::addColumn<QString>("lang");
     QTest::addColumn<QString>("code");
-    QTest::newRow("german") << "" << "de_DE.UTF-8" << "deu";
-    QTest::newRow("brazil") << "" << "pt_BR.UTF-8" << "ptb";
-    QTest::newRow("taiwan") << "" << "zh_TW.UTF-8" << "cht";
+    QTest::newRow("portugal, named in upper case") << "" << "pt_PT.UTF-8" << "ptg";
     QTest::newRow("taiwan, simplified preferred") << "zh_CN" << "zh_TW.UTF-8" << "chs";
-    QTest::newRow("C") << "" << "C" << "enu";
 }
 
 void TestMappings::defaultLanguageOfTheSystem()
@@ -231,13 +194,11 @@ void TestMappings::defaultLanguageOfTheSystem()
         environment.insert(QStringLiteral("LANGUAGE"), language);
     environment.insert(QStringLiteral("LANG"), lang);
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_settingsDir.filePath(QStringLiteral("child")));
-    environment.insert(QStringLiteral("TMPDIR"), m_settingsDir.path());
     QProcess child;
     child.setProcessEnvironment(environment);
     child.start(QStringLiteral(ORVACAT_SINGLEAPP_PROBE), {QStringLiteral("--language")});
     QVERIFY(child.waitForFinished(30000));
-    QCOMPARE(child.exitCode(), 0);
-    QCOMPARE(QString::fromUtf8(child.readAllStandardOutput()).trimmed(), QStringLiteral("language ") + code);
+    QCOMPARE(QString::fromUtf8(child.readAllStandardOutput()), QStringLiteral("language %1\n").arg(code));
 }
 
 void TestMappings::fileTypeByExtension_data()
@@ -245,20 +206,14 @@ void TestMappings::fileTypeByExtension_data()
     QTest::addColumn<QString>("extension");
     QTest::addColumn<bool>("removed");
     QTest::addColumn<QString>("icon");
-    QTest::newRow("audio") << "mp3" << false << "audio.png";
     QTest::newRow("upper case") << "MP3" << false << "audio.png";
     QTest::newRow("mixed case, removed") << "DocX" << true << "doc_removed.png";
     QTest::newRow("ac3 goes to the later type") << "ac3" << false << "video.png";
-    QTest::newRow("zip listed twice") << "zip" << false << "zip.png";
-    QTest::newRow("hyphenated") << "dvr-ms" << false << "video.png";
-    QTest::newRow("last type") << "tbz" << true << "zip_removed.png";
-    QTest::newRow("unknown") << "heic" << false << "xxx.png";
-    QTest::newRow("unknown removed") << "heic" << true << "xxx_removed.png";
+    QTest::newRow("unknown") << "xyz" << false << "xxx.png";
+    QTest::newRow("unknown, removed") << "xyz" << true << "xxx_removed.png";
     QTest::newRow("empty") << "" << false << "xxx.png";
     QTest::newRow("leading dot") << ".pdf" << false << "xxx.png";
     QTest::newRow("compound") << "tar.gz" << false << "xxx.png";
-    QTest::newRow("space") << "mp3 " << false << "xxx.png";
-    QTest::newRow("type name is not an extension") << "video" << false << "xxx.png";
 }
 
 void TestMappings::fileTypeByExtension()
@@ -269,35 +224,40 @@ void TestMappings::fileTypeByExtension()
     QCOMPARE(FileTypeMap::getInstance()->getFiletypeMapping(extension, removed), icon);
 }
 
+void TestMappings::everyShippedIconHasAnExtension()
+{
+    // One familiar extension for each icon a host ships.
+    const QStringList extensions = QStringLiteral("accdb ai wav bkpi rtf exe fla html idn jpg iso cpp pdf pptx psd flv otf txt mkv xlsx 7z")
+                                       .split(QLatin1Char(' '));
+    const QStringList icons = QStringLiteral("acc ai audio bkpi doc exe fla htm idn image iso code pdf ppt psd swf ttf txt video xls zip")
+                                  .split(QLatin1Char(' '));
+    QCOMPARE(extensions.size(), icons.size());
+    for (int i = 0; i < icons.size(); ++i)
+        QCOMPARE(FileTypeMap::getInstance()->getFiletypeMapping(extensions.at(i), false), icons.at(i) + QLatin1String(".png"));
+}
+
 void TestMappings::mappingFileAddsAndConstructionRestores()
 {
     FileTypeMap* types = FileTypeMap::getInstance();
-    const auto iconOf = [types](const char* extension, bool removed = false) {
-        return types->getFiletypeMapping(QLatin1String(extension), removed);
-    };
+    const auto iconOf = [types](const char* extension) { return types->getFiletypeMapping(QLatin1String(extension), false); };
     types->mappingFile(QStringLiteral("image"), QStringLiteral("heic"));
     QCOMPARE(iconOf("HEIC"), QStringLiteral("image.png"));
-
     // Redirection ignores case: one entry, the later type.
     types->mappingFile(QStringLiteral("audio"), QStringLiteral("AC3 Opus"));
     QCOMPARE(iconOf("ac3"), QStringLiteral("audio.png"));
-    QCOMPARE(iconOf("opus", true), QStringLiteral("audio_removed.png"));
-
     types->mappingFile(QStringLiteral("zip"), QStringLiteral("tar.gz"));
     QCOMPARE(iconOf("TAR.GZ"), QStringLiteral("zip.png"));
-    QCOMPARE(iconOf("gz"), QStringLiteral("zip.png"));
-
     // Split at single spaces with empty parts kept: a doubled space maps "".
     types->mappingFile(QStringLiteral("txt"), QStringLiteral("md  rst"));
     QCOMPARE(iconOf("rst"), QStringLiteral("txt.png"));
     QCOMPARE(iconOf(""), QStringLiteral("txt.png"));
 
-    // Every object reads and writes the one table; constructing one brings the
-    // built-in entries back and keeps the added ones.
+    // Every object shares the one table; constructing one brings the built-in
+    // entries back and keeps the added ones.
     types->mappingFile(QStringLiteral("pdf"), QStringLiteral("mp3 xps"));
     QCOMPARE(iconOf("mp3"), QStringLiteral("pdf.png"));
     FileTypeMap again;
-    QCOMPARE(again.getFiletypeMapping(QStringLiteral("heic"), false), QStringLiteral("image.png"));
+    QCOMPARE(again.getFiletypeMapping(QStringLiteral("opus"), false), QStringLiteral("audio.png"));
     QCOMPARE(iconOf("mp3"), QStringLiteral("audio.png"));
     QCOMPARE(iconOf("ac3"), QStringLiteral("video.png"));
     QCOMPARE(iconOf("xps"), QStringLiteral("pdf.png"));
