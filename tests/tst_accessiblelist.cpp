@@ -53,11 +53,9 @@ void TestAccessibleList::listsTheVisibleTreeInCreationOrder()
     QWidget* b = make("b", Qt::WheelFocus, &root);
     QWidget* b1 = make("b1", Qt::StrongFocus, b);
     QWidget* c = make("c", Qt::TabFocus, &root);
-    QWidget stranger;
 
     // Nothing of a tree that is not shown, nor of no tree.
     QCOMPARE(names(accessibleList(&root, QList<QWidget*>())), QString());
-    QCOMPARE(names(accessibleList(&root, AccessibleFilter())), QString());
     QCOMPARE(names(accessibleList(nullptr, AccessibleFilter())), QString());
     root.show();
     QVERIFY(QTest::qWaitForWindowExposed(&root));
@@ -65,7 +63,7 @@ void TestAccessibleList::listsTheVisibleTreeInCreationOrder()
     QCOMPARE(names(accessibleList(&root, QList<QWidget*>())), QStringLiteral("root a1 a2 b b1 c"));
     QCOMPARE(names(accessibleList(b, QList<QWidget*>())), QStringLiteral("b b1"));
     // An excluded widget goes, its children stay.
-    QCOMPARE(names(accessibleList(&root, {&root, b, &stranger})), QStringLiteral("a1 a2 b1 c"));
+    QCOMPARE(names(accessibleList(&root, {&root, b})), QStringLiteral("a1 a2 b1 c"));
 
     // A level admits the policies not below it as numbers: StrongFocus (11)
     // is above ClickFocus (2) although it shares no bit with TabFocus (1).
