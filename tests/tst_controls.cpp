@@ -7,6 +7,7 @@
 #include <orvacat/orvacat.h>
 
 #include <QLineEdit>
+#include <QProcess>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -224,7 +225,6 @@ void TestControls::labelGrowsToItsWrappedText()
         for (const QSizePolicy::Policy policy : {QSizePolicy::Minimum, QSizePolicy::Preferred}) {
             const bool follows = wrap && policy == QSizePolicy::Minimum;
             QWidget window;
-            window.resize(scaled(600), scaled(400));
             auto* label = new OrvaLabel(QString::fromLatin1(longText), &window);
             QCOMPARE(label->styleSheet(), getStyleSheet("component.label", false));
             label->setWordWrap(wrap);
@@ -309,12 +309,11 @@ void TestControls::linkLabelClickedBeforeThePress()
 
 void TestControls::menuStaysOnScreen_data()
 {
-    // Where the menu is asked to appear on each axis: "mid" well inside,
-    // "far:N" reaching N past the available area's last coordinate, "near:N"
-    // starting N before the area.
+    // Where the menu is asked to appear on each axis: "mid" inside, "far:N" reaching
+    // N past the available area's last coordinate, "near:N" starting N before it.
     QTest::addColumn<QString>("x");
     QTest::addColumn<QString>("y");
-    QTest::newRow("inside") << "mid" << "mid";
+    QTest::newRow("at the area's top-left corner") << "near:0" << "near:0";
     QTest::newRow("one past the right edge") << "far:1" << "mid";
     QTest::newRow("past the left edge") << "near:20" << "mid";
     QTest::newRow("40 past the bottom edge") << "mid" << "far:40";
@@ -328,19 +327,23 @@ void TestControls::menuStaysOnScreen()
     OrvaMenu menu;
     // Without the frame the offscreen platform adds, pos() is the menu's corner.
     menu.setWindowFlags(menu.windowFlags() | Qt::FramelessWindowHint);
-    for (const char* text : {"Open", "Rename", "Move to trash"})
-        menu.addAction(QString::fromLatin1(text));
+    menu.addAction(QStringLiteral("Move to trash"));
     menu.adjustSize();
     const QSize size = menu.size();
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        // Panels on a desktop: the available area starts away from the screen's corner.
+        QProcess::execute(QStringLiteral("xprop"), QStringLiteral("-root -f _NET_WORKAREA 32c -set _NET_WORKAREA")
+                                                       .split(QLatin1Char(' ')) << QStringLiteral("20,40,1200,900"));
+        QTRY_COMPARE(QGuiApplication::primaryScreen()->availableGeometry(), QRect(20, 40, 1200, 900));
+    }
     const QRect a = QGuiApplication::primaryScreen()->availableGeometry();
-    // {asked, expected} on one axis: past the far edge it is pulled back to
-    // the last coordinate minus its length; before the near edge it goes to 0.
+    // {asked, expected}: pulled back to the last coordinate minus its length, or to 0 of the desktop.
     const auto axis = [](const QString& where, int low, int high, int length) {
         const int by = where.section(QLatin1Char(':'), 1).toInt();
         if (where.startsWith(QLatin1String("far")))
             return qMakePair(high - length + by, high - length);
         if (where.startsWith(QLatin1String("near")))
-            return qMakePair(low - by, 0);
+            return qMakePair(low - by, by ? 0 : low);
         return qMakePair(low + 50, low + 50);
     };
     const auto h = axis(x, a.left(), a.right(), size.width());
@@ -358,7 +361,6 @@ void TestControls::footbarPacksLeftAndRight()
     empty.init();
     QCOMPARE(empty.layout()->contentsMargins(), QMargins(scaled(20), scaled(8), scaled(20), scaled(8)));
     QCOMPARE(empty.layout()->spacing(), scaled(10));
-    QCOMPARE(empty.layout()->count(), 1);
     QVERIFY(empty.layout()->itemAt(0)->spacerItem());
 
     OrvaFootbar bar;
