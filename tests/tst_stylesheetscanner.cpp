@@ -31,7 +31,7 @@ QString generate(QRandomGenerator& random, int tokens)
     static const char* const parts[] = {
         "0", "1", "7", "12", "99", "1000", "98765432109876543210", ".", ".5", "px", "PX", "p", "x",
         "/*", "*/", "*", "/", "//", "\n", "\r\n", "\r", "==", "= ", " ", "{", "}", ";", "-", "\t", "é",
-        "IMG_LOC", "TMPIMG_LOC", "TMP", "== component.label ==", "border: 1px solid;", "url(IMG_LOC/x.png)",
+        "١", "٢٣", "۴", "१", "９", "²", "𝟏", "IMG_LOC", "TMPIMG_LOC", "TMP", "== component.label ==", "border: 1px solid;", "url(IMG_LOC/x.png)",
     };
     QString text;
     for (int i = 0; i < tokens; ++i)
@@ -72,6 +72,9 @@ void TestStyleSheetScanner::scalesWorkedValues_data()
     // A number of four or more characters is found again from its fourth.
     QTest::newRow("1000px shifts the text") << "a 1000px b 1px c" << 1.0 << "a 1000px b 0px c1px";
     QTest::newRow("12.5px shifts the text") << "x12.5pxy" << 2.0 << "x25pxy10px";
+    // QRegExp's \d is any decimal digit, but such a number does not parse: 0.
+    QTest::newRow("other scripts' digits read as 0") << "a ١٢px 1٢px ９px b" << 2.0 << "a 0px 0px 0px b";
+    QTest::newRow("other numerals are not digits") << "²px 𝟏px Ⅻpx" << 2.0 << "²px 𝟏px Ⅻpx";
     QTest::newRow("huge lengths saturate") << "99999999999999999999px" << 2.0 << "2147483647px2147483647px";
 }
 

@@ -10,9 +10,18 @@
 
 namespace {
 
-inline bool isDigit(QChar c)
+inline bool isAsciiDigit(QChar c)
 {
     return c.unicode() >= '0' && c.unicode() <= '9';
+}
+
+// Any decimal digit, as QRegExp's \d has it: those of other scripts count
+// too (category Nd, one UTF-16 unit each; U+0660 is the lowest).
+inline bool isDigit(QChar c)
+{
+    if (Q_LIKELY(c.unicode() < 0x660))
+        return isAsciiDigit(c);
+    return c.category() == QChar::Number_DecimalDigit;
 }
 
 struct PixelMatch
@@ -20,38 +29,6 @@ struct PixelMatch
     int start = -1;     // first digit
     int numberEnd = -1; // one past the number, where "px" starts
 };
-
-// The leftmost match of (\d+\.?\d*)(px) at or after `from`. The match from a
-// given start is unique: the digits run as far as they go, then an optional
-// '.', then digits again, then "px". A run of digits that does not lead to a
-// match cannot lead to one from any later digit of the same run either.
-PixelMatch findPixelLength(const QChar* s, int size, int from)
-{
-    int p = from;
-    while (p < size) {
-        if (!isDigit(s[p])) {
-            ++p;
-            continue;
-        }
-        int q = p;
-        while (q < size && isDigit(s[q]))
-            ++q;
-        int numberEnd = -1;
-        if (q < size && s[q] == QLatin1Char('.')) {
-            int r = q + 1;
-            while (r < size && isDigit(s[r]))
-                ++r;
-            if (r + 1 < size && s[r] == QLatin1Char('p') && s[r + 1] == QLatin1Char('x'))
-                numberEnd = r;
-        } else if (q + 1 < size && s[q] == QLatin1Char('p') && s[q + 1] == QLatin1Char('x')) {
-            numberEnd = q;
-        }
-        if (numberEnd >= 0)
-            return {p, numberEnd};
-        p = q;
-    }
-    return {};
-}
 
 // The first position at or after `from` where `first` is directly followed
 // by `second`. The single-character search is the library's vectorised one.
@@ -67,6 +44,31 @@ int findPair(QStringView text, int from, QChar first, QChar second)
         from = at + 1;
     }
     return -1;
+}
+
+// The leftmost match of (\d+\.?\d*)(px) at or after `from`. Every match ends
+// in "px", so look for those (a vectorised search) and read the number
+// backwards: digits, then an optional '.' with at least one digit before
+// it. The number starts where its run of digits starts, or at `from`, since
+// the search cannot look before it. No match can reach across a "px", so
+// the first "px" with a number is the leftmost match.
+PixelMatch findPixelLength(const QChar* s, int size, int from)
+{
+    const QStringView text(s, size);
+    int px = findPair(text, from + 1, QLatin1Char('p'), QLatin1Char('x'));
+    for (; px >= 0; px = findPair(text, px + 2, QLatin1Char('p'), QLatin1Char('x'))) {
+        int start = px;
+        while (start > from && isDigit(s[start - 1]))
+            --start;
+        if (start - 1 > from && s[start - 1] == QLatin1Char('.') && isDigit(s[start - 2])) {
+            start -= 2;
+            while (start > from && isDigit(s[start - 1]))
+                --start;
+        }
+        if (start < px)
+            return {start, px};
+    }
+    return {};
 }
 
 // Appends value + "px" without a temporary string per number.
@@ -90,10 +92,11 @@ void appendPixels(QString& out, int value)
 double numberValue(const QChar* s, int length)
 {
     // Plain integers of up to 15 digits are exact in a double: skip the parser.
+    // It reads a number with a digit of another script as 0, as QString does.
     if (length <= 15) {
         qint64 value = 0;
         int i = 0;
-        for (; i < length && isDigit(s[i]); ++i)
+        for (; i < length && isAsciiDigit(s[i]); ++i)
             value = value * 10 + (s[i].unicode() - '0');
         if (i == length)
             return double(value);

@@ -18,7 +18,8 @@ namespace StyleSheetScanner {
 
 /**
  * The text with every pixel length scaled by @p factor. Matches of
- * "(\d+\.?\d*)(px)" are rewritten as trunc(number * factor) + "px"; after each
+ * "(\d+\.?\d*)(px)" are rewritten as trunc(number * factor) + "px" (\d is any
+ * decimal digit, and a number with one outside ASCII reads as 0); after each
  * match the search resumes three characters after its start, so a number of
  * four or more characters is found a second time and the output stops when it
  * runs out of text between matches.
