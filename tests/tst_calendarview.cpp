@@ -50,240 +50,229 @@ class TestCalendarView : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase()
+    {
+        QLocale::setDefault(QLocale(QLocale::French, QLocale::France)); // weeks start on Monday there
+        TestEnvironment::installDefaultTheme(QStringLiteral("deu"));
+    }
 
-    void calendarIsReworked();
-    void monthNamesFollowThePage();
-    void clicksAndEnterEmitTheDay();
-    void todayButtonSelectsAndEmitsToday();
-    void tabWalksTheCycle();
-    void selectorShowsThePickedDate();
+    void init()
+    {
+        view = new OrvaCalanderView;
+        calendar = view->findChild<QCalendarWidget*>();
+        view->resize(TestEnvironment::scaled(280), TestEnvironment::scaled(260));
+        view->show();
+        QVERIFY(QTest::qWaitForWindowActive(view));
+    }
+
+    void cleanup()
+    {
+        delete view;
+        QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
+    }
+
+    void calendarIsReworked()
+    {
+        QToolButton* prev = part(view, "qt_calendar_prevmonth");
+        auto* today = part<OrvaButton>(view, "qt_calendar_today_button");
+        QCOMPARE(view->accessibleName() + ", " + prev->accessibleName() + ", "
+                     + part(view, "qt_calendar_nextmonth")->accessibleName() + ", " + today->text(),
+                 QStringLiteral("Kalender, Vorheriger Monat, Nächster Monat, Heute"));
+        QCOMPARE(today->height(), TestEnvironment::scaled(24));
+
+        // One letter a day, Sunday first, between the navigation bar and the grid;
+        // and the grid agrees, a French locale notwithstanding.
+        auto* header = part<QTableWidget>(view, "qt_calendar_weekdayview");
+        QString letters;
+        for (int i = 0; i < header->columnCount(); ++i)
+            letters += header->item(0, i)->text();
+        QCOMPARE(letters, QStringLiteral("SMDMDFS"));
+        auto top = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
+        QWidget* navigation = part<QWidget>(view, "qt_calendar_navigationbar");
+        QVERIFY(header->isVisible() && top(navigation) + navigation->height() <= top(header));
+        QVERIFY(top(header) + header->height() <= top(gridOf(view)));
+        view->setCurrentPage(2024, 2);
+        QCOMPARE(dayCell(gridOf(view), 1).data().toString(), QStringLiteral("1"));
+        QCOMPARE(calendar->weekdayTextFormat(Qt::Saturday).foreground().color(), QColor(Qt::black));
+        QCOMPARE(calendar->weekdayTextFormat(Qt::Sunday).foreground().color(), QColor(Qt::black));
+
+        // The month arrows show the theme's picture at its logical size.
+        const QImage picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal).toImage();
+        const double ratio = DPIinfo::getInstance()->getDPR();
+        QCOMPARE(prev->iconSize(), QSize(qRound(picture.width() / ratio), qRound(picture.height() / ratio)));
+        QImage shown = prev->icon().pixmap(picture.size()).toImage();
+        shown.setDevicePixelRatio(picture.devicePixelRatio());
+        QCOMPARE(shown, picture);
+    }
+
+    void monthNamesFollowThePage()
+    {
+        QToolButton* month = part(view, "qt_calendar_monthbutton");
+        QToolButton* year = part(view, "qt_calendar_yearbutton");
+        auto shown = [&]() { return month->text() + ' ' + year->text(); };
+
+        // The button names the month in full, the menu abbreviates.
+        const QStringList months = QString("Januar Februar März April Mai Juni Juli August September Oktober "
+                                           "November Dezember").split(' ');
+        QCOMPARE(month->text(), months.at(QDate::currentDate().month() - 1));
+        QStringList menu;
+        for (QAction* action : month->menu()->actions())
+            menu << QString::number(action->data().toInt()) + ' ' + action->text();
+        QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,12 Dez"));
+
+        // Paged by the arrows, by the keyboard, across the year and from the menu.
+        view->setCurrentPage(2024, 2);
+        click(part(view, "qt_calendar_nextmonth"));
+        QCOMPARE(shown(), QStringLiteral("März 2024"));
+        calendar->setSelectedDate(QDate(2024, 1, 15));
+        QTest::keyClick(gridOf(view), Qt::Key_PageUp);
+        QCOMPARE(calendar->selectedDate(), QDate(2023, 12, 15));
+        QCOMPARE(shown(), QStringLiteral("Dezember 2023"));
+        click(part(view, "qt_calendar_nextmonth"));
+        QCOMPARE(shown(), QStringLiteral("Januar 2024"));
+        month->menu()->actions().at(4)->trigger();
+        QCOMPARE(shown() + ' ' + QString::number(calendar->monthShown()), QStringLiteral("Mai 2024 5"));
+
+        QAction august(nullptr); // as from a host's own month menu
+        august.setData(8);
+        view->slotMonthTriggered(&august);
+        QCOMPARE(month->text(), QStringLiteral("August"));
+    }
+
+    void clicksAndEnterEmitTheDay()
+    {
+        view->setCurrentPage(2024, 2);
+        QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
+        QVERIFY(selected.isValid());
+        auto emitted = [&selected]() {
+            QStringList dates;
+            for (const QList<QVariant>& emission : qAsConst(selected))
+                dates << emission.at(0).toDate().toString(Qt::ISODate);
+            selected.clear();
+            return dates.join(' ');
+        };
+        QTableView* grid = gridOf(view);
+        click(grid->viewport(), dayCentre(grid, 9));
+        click(grid->viewport(), dayCentre(grid, 28));
+        QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-28"));
+        QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 28));
+
+        // A double click through the window, as the platform delivers it, picks the
+        // day as clicked and again as activated.
+        QTest::mouseDClick(view->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                           grid->viewport()->mapTo(view, dayCentre(grid, 14)));
+        QVERIFY(emitted().startsWith(QStringLiteral("2024-02-14 2024-02-14")));
+
+        // Tabbing into the grid lands on the selected day and picks nothing, nor
+        // does an arrow; Enter picks.
+        calendar->setSelectedDate(QDate(2024, 2, 9));
+        part(view, "qt_calendar_yearbutton")->setFocus();
+        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
+        QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
+        QTest::keyClick(grid, Qt::Key_Return);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QTest::keyClick(grid, Qt::Key_Enter, Qt::KeypadModifier);
+        QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-16"));
+    }
+
+    void todayButtonSelectsAndEmitsToday()
+    {
+        view->setCurrentPage(2001, 5);
+        QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
+        auto* today = part<OrvaButton>(view, "qt_calendar_today_button");
+        click(today);
+        QCOMPARE(calendar->selectedDate(), QDate::currentDate());
+        QCOMPARE(calendar->monthShown(), QDate::currentDate().month());
+
+        // Outside the range today is still emitted; the calendar keeps to its range.
+        const QDate limit = QDate::currentDate().addDays(-40);
+        view->setMinimumDate(limit.addYears(-1));
+        view->setMaximumDate(limit);
+        click(today);
+        QCOMPARE(calendar->selectedDate(), limit);
+        QCOMPARE(selected.count(), 2);
+        QCOMPARE(selected.at(0).at(0).toDate(), QDate::currentDate());
+        QCOMPARE(selected.at(1).at(0).toDate(), QDate::currentDate());
+    }
+
+    void tabWalksTheCycle()
+    {
+        // The year editor is hidden until the year button is clicked, so Tab passes it by.
+        const QStringList cycle{"qt_calendar_prevmonth",  "qt_calendar_nextmonth",    "qt_calendar_monthbutton",
+                                "qt_calendar_yearbutton", "qt_calendar_calendarview", "qt_calendar_today_button",
+                                "view"};
+        view->setFocus();
+        for (int i = 0; i < 2 * cycle.size(); ++i)
+            QCOMPARE(pressOnFocus(Qt::Key_Tab), cycle.at(i % cycle.size()));
+        for (int i = 2 * cycle.size() - 2; i >= 0; --i)
+            QCOMPARE(pressOnFocus(Qt::Key_Backtab), cycle.at(i % cycle.size()));
+
+        // From the open year editor Tab goes on to the grid and closes the editor.
+        auto* yearEdit = part<QSpinBox>(view, "qt_calendar_yearedit");
+        click(part(view, "qt_calendar_yearbutton"));
+        QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
+        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
+        QTRY_VERIFY(!yearEdit->isVisible());
+        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("qt_calendar_yearbutton"));
+    }
+
+    void selectorShowsThePickedDate()
+    {
+        QWidget window;
+        auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), &window);
+        window.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        OrvaCalanderView* popup = selector->getCalendarView();
+        QCOMPARE(static_cast<QAbstractItemView*>(popup), selector->view());
+        QCalendarWidget* popupCalendar = popup->findChild<QCalendarWidget*>();
+        auto shown = [selector, popupCalendar]() {
+            return QStringLiteral("%1 items: %2 %3, page %4-%5")
+                .arg(selector->count()).arg(selector->currentText(), selector->itemData(0).toDate().toString(Qt::ISODate))
+                .arg(popupCalendar->yearShown()).arg(popupCalendar->monthShown());
+        };
+        QCOMPARE(selector->height(), TestEnvironment::scaled(32));
+        QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page %1-%2")
+                              .arg(QDate::currentDate().year()).arg(QDate::currentDate().month()));
+
+        // A picked date turns the popup's page; an invalid one is the placeholder.
+        selector->dateSelect(QDate(2024, 2, 9));
+        QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-09 2024-02-09, page 2024-2"));
+        selector->dateSelect(QDate());
+        QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page 2024-2"));
+
+        // A click opens the calendar at its own size, not a list of one row; an
+        // invalid date leaves it open; a day clicked in it closes it.
+        click(selector);
+        QTRY_VERIFY(popup->isVisible());
+        QVERIFY(popup->window() != &window && popup->window()->width() >= TestEnvironment::scaled(280));
+        QVERIFY(popup->window()->height() >= TestEnvironment::scaled(260));
+        selector->dateSelect(QDate());
+        QVERIFY(popup->isVisible());
+        click(gridOf(popup)->viewport(), dayCentre(gridOf(popup), 20));
+        QTRY_VERIFY(!popup->isVisible());
+        QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-20 2024-02-20, page 2024-2"));
+
+        // Alt+Down opens it from the keyboard; the today button inside picks today.
+        QTest::keyClick(selector, Qt::Key_Down, Qt::AltModifier);
+        QTRY_VERIFY(popup->isVisible());
+        click(part<OrvaButton>(popup, "qt_calendar_today_button"));
+        QTRY_VERIFY(!popup->isVisible());
+        QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
+
+        // Clearing goes back to the placeholder and today's page; the selection
+        // in the calendar is the calendar's own.
+        popupCalendar->setSelectedDate(QDate(2019, 11, 3));
+        selector->clearDate();
+        QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page %1-%2")
+                              .arg(QDate::currentDate().year()).arg(QDate::currentDate().month()));
+        QCOMPARE(popupCalendar->selectedDate(), QDate(2019, 11, 3));
+    }
 
 private:
     OrvaCalanderView* view = nullptr; // shown, on February 2024
     QCalendarWidget* calendar = nullptr;
 };
-
-void TestCalendarView::initTestCase()
-{
-    QLocale::setDefault(QLocale(QLocale::French, QLocale::France)); // weeks start on Monday there
-    TestEnvironment::installDefaultTheme(QStringLiteral("deu"));
-}
-
-void TestCalendarView::init()
-{
-    view = new OrvaCalanderView;
-    calendar = view->findChild<QCalendarWidget*>();
-    view->resize(TestEnvironment::scaled(280), TestEnvironment::scaled(260));
-    view->show();
-    QVERIFY(QTest::qWaitForWindowActive(view));
-}
-
-void TestCalendarView::cleanup()
-{
-    delete view;
-    QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
-}
-
-void TestCalendarView::calendarIsReworked()
-{
-    QToolButton* prev = part(view, "qt_calendar_prevmonth");
-    auto* today = part<OrvaButton>(view, "qt_calendar_today_button");
-    QCOMPARE(view->accessibleName() + ", " + prev->accessibleName() + ", "
-                 + part(view, "qt_calendar_nextmonth")->accessibleName() + ", " + today->text(),
-             QStringLiteral("Kalender, Vorheriger Monat, Nächster Monat, Heute"));
-    QCOMPARE(today->height(), TestEnvironment::scaled(24));
-
-    // One letter a day, Sunday first, between the navigation bar and the grid;
-    // and the grid agrees, a French locale notwithstanding.
-    auto* header = part<QTableWidget>(view, "qt_calendar_weekdayview");
-    QString letters;
-    for (int i = 0; i < header->columnCount(); ++i)
-        letters += header->item(0, i)->text();
-    QCOMPARE(letters, QStringLiteral("SMDMDFS"));
-    auto top = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
-    QWidget* navigation = part<QWidget>(view, "qt_calendar_navigationbar");
-    QVERIFY(header->isVisible() && top(navigation) + navigation->height() <= top(header));
-    QVERIFY(top(header) + header->height() <= top(gridOf(view)));
-    view->setCurrentPage(2024, 2);
-    QCOMPARE(dayCell(gridOf(view), 1).data().toString(), QStringLiteral("1"));
-    QCOMPARE(calendar->weekdayTextFormat(Qt::Saturday).foreground().color(), QColor(Qt::black));
-    QCOMPARE(calendar->weekdayTextFormat(Qt::Sunday).foreground().color(), QColor(Qt::black));
-
-    // The month arrows show the theme's picture at its logical size.
-    const QImage picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal).toImage();
-    const double ratio = DPIinfo::getInstance()->getDPR();
-    QCOMPARE(prev->iconSize(), QSize(qRound(picture.width() / ratio), qRound(picture.height() / ratio)));
-    QImage shown = prev->icon().pixmap(picture.size()).toImage();
-    shown.setDevicePixelRatio(picture.devicePixelRatio());
-    QCOMPARE(shown, picture);
-}
-
-void TestCalendarView::monthNamesFollowThePage()
-{
-    QToolButton* month = part(view, "qt_calendar_monthbutton");
-    QToolButton* year = part(view, "qt_calendar_yearbutton");
-    auto shown = [&]() { return month->text() + ' ' + year->text(); };
-
-    // The button names the month in full, the menu abbreviates.
-    const QStringList months{"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
-                             "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
-    QCOMPARE(month->text(), months.at(QDate::currentDate().month() - 1));
-    QStringList menu;
-    for (QAction* action : month->menu()->actions())
-        menu << QString::number(action->data().toInt()) + ' ' + action->text();
-    QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,12 Dez"));
-
-    // Paged by the arrows, by the keyboard, across the year and from the menu.
-    view->setCurrentPage(2024, 2);
-    click(part(view, "qt_calendar_nextmonth"));
-    QCOMPARE(shown(), QStringLiteral("März 2024"));
-    calendar->setSelectedDate(QDate(2024, 1, 15));
-    QTest::keyClick(gridOf(view), Qt::Key_PageUp);
-    QCOMPARE(calendar->selectedDate(), QDate(2023, 12, 15));
-    QCOMPARE(shown(), QStringLiteral("Dezember 2023"));
-    click(part(view, "qt_calendar_nextmonth"));
-    QCOMPARE(shown(), QStringLiteral("Januar 2024"));
-    month->menu()->actions().at(4)->trigger();
-    QCOMPARE(shown() + ' ' + QString::number(calendar->monthShown()), QStringLiteral("Mai 2024 5"));
-
-    QAction august(nullptr); // as from a host's own month menu
-    august.setData(8);
-    view->slotMonthTriggered(&august);
-    QCOMPARE(month->text(), QStringLiteral("August"));
-}
-
-void TestCalendarView::clicksAndEnterEmitTheDay()
-{
-    view->setCurrentPage(2024, 2);
-    QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
-    QVERIFY(selected.isValid());
-    auto emitted = [&selected]() {
-        QStringList dates;
-        for (const QList<QVariant>& emission : qAsConst(selected))
-            dates << emission.at(0).toDate().toString(Qt::ISODate);
-        selected.clear();
-        return dates.join(' ');
-    };
-    QTableView* grid = gridOf(view);
-    click(grid->viewport(), dayCentre(grid, 9));
-    click(grid->viewport(), dayCentre(grid, 28));
-    QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-28"));
-    QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 28));
-
-    // A double click through the window, as the platform delivers it, picks the
-    // day as clicked and again as activated.
-    QTest::mouseDClick(view->windowHandle(), Qt::LeftButton, Qt::NoModifier,
-                       grid->viewport()->mapTo(view, dayCentre(grid, 14)));
-    QVERIFY(emitted().startsWith(QStringLiteral("2024-02-14 2024-02-14")));
-
-    // Tabbing into the grid lands on the selected day and picks nothing, nor
-    // does an arrow; Enter picks.
-    calendar->setSelectedDate(QDate(2024, 2, 9));
-    part(view, "qt_calendar_yearbutton")->setFocus();
-    QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
-    QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
-    QTest::keyClick(grid, Qt::Key_Return);
-    QTest::keyClick(grid, Qt::Key_Down);
-    QTest::keyClick(grid, Qt::Key_Enter, Qt::KeypadModifier);
-    QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-16"));
-}
-
-void TestCalendarView::todayButtonSelectsAndEmitsToday()
-{
-    view->setCurrentPage(2001, 5);
-    QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
-    auto* today = part<OrvaButton>(view, "qt_calendar_today_button");
-    click(today);
-    QCOMPARE(calendar->selectedDate(), QDate::currentDate());
-    QCOMPARE(calendar->monthShown(), QDate::currentDate().month());
-
-    // Outside the range today is still emitted; the calendar keeps to its range.
-    const QDate limit = QDate::currentDate().addDays(-40);
-    view->setMinimumDate(limit.addYears(-1));
-    view->setMaximumDate(limit);
-    click(today);
-    QCOMPARE(calendar->selectedDate(), limit);
-    QCOMPARE(selected.count(), 2);
-    QCOMPARE(selected.at(0).at(0).toDate(), QDate::currentDate());
-    QCOMPARE(selected.at(1).at(0).toDate(), QDate::currentDate());
-}
-
-void TestCalendarView::tabWalksTheCycle()
-{
-    // The year editor is hidden until the year button is clicked, so Tab passes it by.
-    const QStringList cycle{"qt_calendar_prevmonth",  "qt_calendar_nextmonth",    "qt_calendar_monthbutton",
-                            "qt_calendar_yearbutton", "qt_calendar_calendarview", "qt_calendar_today_button",
-                            "view"};
-    view->setFocus();
-    for (int i = 0; i < 2 * cycle.size(); ++i)
-        QCOMPARE(pressOnFocus(Qt::Key_Tab), cycle.at(i % cycle.size()));
-    for (int i = 2 * cycle.size() - 2; i >= 0; --i)
-        QCOMPARE(pressOnFocus(Qt::Key_Backtab), cycle.at(i % cycle.size()));
-
-    // From the open year editor Tab goes on to the grid and closes the editor.
-    auto* yearEdit = part<QSpinBox>(view, "qt_calendar_yearedit");
-    click(part(view, "qt_calendar_yearbutton"));
-    QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
-    QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
-    QTRY_VERIFY(!yearEdit->isVisible());
-    QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("qt_calendar_yearbutton"));
-}
-
-void TestCalendarView::selectorShowsThePickedDate()
-{
-    QWidget window;
-    auto* selector = new OrvaDateSelector(QStringLiteral("Pick a date"), &window);
-    window.resize(TestEnvironment::scaled(300), TestEnvironment::scaled(80));
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    OrvaCalanderView* popup = selector->getCalendarView();
-    QCOMPARE(static_cast<QAbstractItemView*>(popup), selector->view());
-    QCalendarWidget* popupCalendar = popup->findChild<QCalendarWidget*>();
-    auto shown = [selector, popupCalendar]() {
-        return QStringLiteral("%1 items: %2 %3, page %4-%5")
-            .arg(selector->count()).arg(selector->currentText(), selector->itemData(0).toDate().toString(Qt::ISODate))
-            .arg(popupCalendar->yearShown()).arg(popupCalendar->monthShown());
-    };
-    QCOMPARE(selector->height(), TestEnvironment::scaled(32));
-    QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page %1-%2")
-                          .arg(QDate::currentDate().year()).arg(QDate::currentDate().month()));
-
-    // A picked date turns the popup's page; an invalid one is the placeholder.
-    selector->dateSelect(QDate(2024, 2, 9));
-    QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-09 2024-02-09, page 2024-2"));
-    selector->dateSelect(QDate());
-    QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page 2024-2"));
-
-    // A click opens the calendar at its own size, not a list of one row; an
-    // invalid date leaves it open; a day clicked in it closes it.
-    click(selector);
-    QTRY_VERIFY(popup->isVisible());
-    QVERIFY(popup->window() != &window && popup->window()->width() >= TestEnvironment::scaled(280));
-    QVERIFY(popup->window()->height() >= TestEnvironment::scaled(260));
-    selector->dateSelect(QDate());
-    QVERIFY(popup->isVisible());
-    click(gridOf(popup)->viewport(), dayCentre(gridOf(popup), 20));
-    QTRY_VERIFY(!popup->isVisible());
-    QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-20 2024-02-20, page 2024-2"));
-
-    // Alt+Down opens it from the keyboard; the today button inside picks today.
-    QTest::keyClick(selector, Qt::Key_Down, Qt::AltModifier);
-    QTRY_VERIFY(popup->isVisible());
-    click(part<OrvaButton>(popup, "qt_calendar_today_button"));
-    QTRY_VERIFY(!popup->isVisible());
-    QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
-
-    // Clearing goes back to the placeholder and today's page; the selection
-    // in the calendar is the calendar's own.
-    popupCalendar->setSelectedDate(QDate(2019, 11, 3));
-    selector->clearDate();
-    QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page %1-%2")
-                          .arg(QDate::currentDate().year()).arg(QDate::currentDate().month()));
-    QCOMPARE(popupCalendar->selectedDate(), QDate(2019, 11, 3));
-}
 
 ORVACAT_TEST_MAIN(TestCalendarView)
 #include "tst_calendarview.moc"

@@ -44,11 +44,7 @@ struct Bar
     }
     QList<OrvaButton*> pageButtons() const { return TestEnvironment::leftToRight<OrvaButton>(bar); }
 
-    /**
-     * The bar as read: the first and back-five arrows, the page buttons (a
-     * disabled one in brackets), the next-five and last arrows; + for an
-     * arrow that takes clicks, - for one that does not.
-     */
+    /** The bar as read: first and back five, the pages, next five and last; dead ones as - or (bracketed). */
     QString shown() const
     {
         auto live = [this](const char* key) { return arrow(key)->isEnabled() ? '+' : '-'; };
@@ -77,191 +73,181 @@ private Q_SLOTS:
     void initTestCase() { TestEnvironment::installDefaultTheme(); }
     void cleanup() { QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList()); }
 
-    void barReadsLeftToRight();
-    void pagingThroughTheEdges();
-    void jumpByFive_data();
-    void jumpByFive();
-    void onlyUserActionsEmit();
-    void footerLabelsAreReused();
-};
+    void barReadsLeftToRight()
+    {
+        Bar f;
+        f.bar->setItemCount(1000);
+        f.bar->setFooterInfos({{QStringLiteral("first"), 60}, {QStringLiteral("second"), 60}});
+        const QList<QLabel*> labels = f.labels();
+        QCOMPARE(labels.size(), 2);
+        QCOMPARE(labels.at(1)->text(), QStringLiteral("first"));
+        QWidget* refresh = f.arrow("pagebar_refresh");
 
-void TestPagingBar::barReadsLeftToRight()
-{
-    Bar f;
-    f.bar->setItemCount(1000);
-    f.bar->setFooterInfos({{QStringLiteral("first"), 60}, {QStringLiteral("second"), 60}});
-    const QList<QLabel*> labels = f.labels();
-    QCOMPARE(labels.size(), 2);
-    QCOMPARE(labels.at(1)->text(), QStringLiteral("first"));
-    QWidget* refresh = f.arrow("pagebar_refresh");
+        // Left to right with the gap before each: first 50 px in, back five, the
+        // pages 4 px apart and centred (-1) between back and next five, last,
+        // 50 px, the labels stacking leftwards from the refresh button, which ends the row.
+        QList<QWidget*> row{f.arrow("first_page"), f.arrow("prev_5_pages")};
+        for (OrvaButton* page : f.pageButtons())
+            row << page;
+        row << f.arrow("next_5_pages") << f.arrow("last_page") << labels.at(0) << labels.at(1) << refresh;
+        const QList<int> gaps{50, 0, -1, 4, 4, 4, 4, -1, 0, 50, 0, 0};
+        QCOMPARE(row.size(), gaps.size());
+        for (int i = 0; i < row.size(); ++i) {
+            const int gap = left(row.at(i)) - (i ? right(row.at(i - 1)) : 0);
+            QVERIFY2(gaps.at(i) < 0 ? qAbs(gap - left(row.at(2)) + right(row.at(1))) <= 1 && gap > scaled(50)
+                                    : gap == scaled(gaps.at(i)),
+                     qPrintable(QStringLiteral("%1 px before item %2").arg(gap).arg(i)));
+        }
+        QCOMPARE(right(refresh), f.bar->width());
 
-    // Left to right with the gap before each: first 50 px in, back five, the
-    // pages 4 px apart and centred (-1) between back and next five, last,
-    // 50 px, the labels stacking leftwards from the refresh button, which ends the row.
-    QList<QWidget*> row{f.arrow("first_page"), f.arrow("prev_5_pages")};
-    for (OrvaButton* page : f.pageButtons())
-        row << page;
-    row << f.arrow("next_5_pages") << f.arrow("last_page") << labels.at(0) << labels.at(1) << refresh;
-    const QList<int> gaps{50, 0, -1, 4, 4, 4, 4, -1, 0, 50, 0, 0};
-    QCOMPARE(row.size(), gaps.size());
-    for (int i = 0; i < row.size(); ++i) {
-        const int gap = left(row.at(i)) - (i ? right(row.at(i - 1)) : 0);
-        QVERIFY2(gaps.at(i) < 0 ? qAbs(gap - left(row.at(2)) + right(row.at(1))) <= 1 && gap > scaled(50)
-                                : gap == scaled(gaps.at(i)),
-                 qPrintable(QStringLiteral("%1 px before item %2").arg(gap).arg(i)));
+        // A 29 px strip of 27 px pages, 19 px labels and a 24 px refresh button
+        // kept 2 px below the footer's centre.
+        QCOMPARE(f.bar->findChild<QWidget*>("PAGINGBARBORDER")->geometry(), QRect(0, 0, f.bar->width(), scaled(29)));
+        for (OrvaButton* page : f.pageButtons())
+            QVERIFY(page->height() == scaled(27) && page->width() >= scaled(28));
+        QCOMPARE(labels.at(0)->height(), scaled(19));
+        QCOMPARE(refresh->size(), QSize(scaled(24), scaled(24)));
+        QCOMPARE(refresh->y(), scaled(3) == 3 ? 3 : 4);
     }
-    QCOMPARE(right(refresh), f.bar->width());
 
-    // A 29 px strip of 27 px pages, 19 px labels and a 24 px refresh button
-    // kept 2 px below the footer's centre.
-    QCOMPARE(f.bar->findChild<QWidget*>("PAGINGBARBORDER")->geometry(), QRect(0, 0, f.bar->width(), scaled(29)));
-    for (OrvaButton* page : f.pageButtons())
-        QVERIFY(page->height() == scaled(27) && page->width() >= scaled(28));
-    QCOMPARE(labels.at(0)->height(), scaled(19));
-    QCOMPARE(refresh->size(), QSize(scaled(24), scaled(24)));
-    QCOMPARE(refresh->y(), scaled(3) == 3 ? 3 : 4);
-}
+    void pagingThroughTheEdges()
+    {
+        OrvaPagingModel stale(50);
+        stale.setItemCount(999);
+        stale.setNowPage(7);
+        OrvaPagingBar fresh(&stale); // starts its model afresh
+        QCOMPARE(QPoint(stale.nowPage(), stale.itemCount()), QPoint(1, 0));
 
-void TestPagingBar::pagingThroughTheEdges()
-{
-    OrvaPagingModel stale(50);
-    stale.setItemCount(999);
-    stale.setNowPage(7);
-    OrvaPagingBar fresh(&stale); // starts its model afresh
-    QCOMPARE(QPoint(stale.nowPage(), stale.itemCount()), QPoint(1, 0));
+        // 50 rows a page: no rows still make a page, 50 rows one, 101 three.
+        Bar f;
+        f.bar->setItemCount(0);
+        QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|( )|( ) --"));
+        f.bar->setItemCount(50);
+        QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|( )|( ) --"));
+        f.bar->setItemCount(101);
+        QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|2|3 ++"));
 
-    // 50 rows a page: no rows still make a page, 50 rows one, 101 three.
-    Bar f;
-    f.bar->setItemCount(0);
-    QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|( )|( ) --"));
-    f.bar->setItemCount(50);
-    QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|( )|( ) --"));
-    f.bar->setItemCount(101);
-    QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|2|3 ++"));
+        // The last page: the pages are not shifted, their right side goes blank.
+        click(f.arrow("last_page"));
+        QCOMPARE(f.model.startItem(), 100);
+        QCOMPARE(f.shown(), QStringLiteral("++ 1|2|3|( )|( ) --"));
 
-    // The last page: the pages are not shifted, their right side goes blank.
-    click(f.arrow("last_page"));
-    QCOMPARE(f.model.startItem(), 100);
-    QCOMPARE(f.shown(), QStringLiteral("++ 1|2|3|( )|( ) --"));
+        // A clicked page moves to the middle.
+        f.bar->setItemCount(500);
+        click(f.pageButtons().at(4));
+        QCOMPARE(f.model.nowPage(), 5);
+        QCOMPARE(f.shown(), QStringLiteral("++ 3|4|5|6|7 ++"));
 
-    // A clicked page moves to the middle.
-    f.bar->setItemCount(500);
-    click(f.pageButtons().at(4));
-    QCOMPARE(f.shown(), QStringLiteral("++ 3|4|5|6|7 ++"));
-    click(f.pageButtons().at(1));
-    QCOMPARE(f.model.nowPage(), 4);
-    QCOMPARE(f.shown(), QStringLiteral("++ 2|3|4|5|6 ++"));
+        // A shrinking count keeps the page: 3 to 7 all lie past the one page left.
+        f.bar->setItemCount(10);
+        QCOMPARE(f.model.startItem(), 200);
+        QCOMPARE(f.shown(), QStringLiteral("++ ( )|( )|( )|( )|( ) --"));
 
-    // A shrinking count keeps the page: 2 to 6 all lie past the one page left.
-    f.bar->setItemCount(10);
-    QCOMPARE(f.model.startItem(), 150);
-    QCOMPARE(f.shown(), QStringLiteral("++ ( )|( )|( )|( )|( ) --"));
+        // Whatever the page, the middle button alone looks selected.
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(f.pageButtons().at(i)->styleSheet(), getStyleSheet(i == 2 ? "component.select_paging_button"
+                                                                               : "component.nonselect_paging_button", false));
+    }
 
-    // Whatever the page, the middle button alone looks selected.
-    for (int i = 0; i < 5; ++i)
-        QCOMPARE(f.pageButtons().at(i)->styleSheet(), getStyleSheet(i == 2 ? "component.select_paging_button"
-                                                                           : "component.nonselect_paging_button", false));
-}
+    void jumpByFive_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<bool>("forward");
+        QTest::addColumn<QString>("shown");
 
-void TestPagingBar::jumpByFive_data()
-{
-    QTest::addColumn<int>("from");
-    QTest::addColumn<bool>("forward");
-    QTest::addColumn<QString>("shown");
+        // 20 pages.
+        QTest::newRow("next from 14 goes to 19") << 14 << true << "++ 17|18|19|20|( ) ++";
+        QTest::newRow("next from 15 lands on the last") << 15 << true << "++ 18|19|20|( )|( ) --";
+        QTest::newRow("next from 16 stops at the last") << 16 << true << "++ 18|19|20|( )|( ) --";
+        QTest::newRow("back from 5 goes to 1") << 5 << false << "-- ( )|( )|1|2|3 ++";
+        QTest::newRow("back from 7 goes to 2") << 7 << false << "++ ( )|1|2|3|4 ++";
+    }
 
-    // 20 pages.
-    QTest::newRow("next from 14 goes to 19") << 14 << true << "++ 17|18|19|20|( ) ++";
-    QTest::newRow("next from 15 lands on the last") << 15 << true << "++ 18|19|20|( )|( ) --";
-    QTest::newRow("next from 16 stops at the last") << 16 << true << "++ 18|19|20|( )|( ) --";
-    QTest::newRow("back from 5 goes to 1") << 5 << false << "-- ( )|( )|1|2|3 ++";
-    QTest::newRow("back from 7 goes to 2") << 7 << false << "++ ( )|1|2|3|4 ++";
-}
+    void jumpByFive()
+    {
+        QFETCH(int, from);
+        QFETCH(bool, forward);
 
-void TestPagingBar::jumpByFive()
-{
-    QFETCH(int, from);
-    QFETCH(bool, forward);
+        Bar f;
+        f.bar->setItemCount(1000);
+        f.bar->setPage(from);
+        click(f.arrow(forward ? "next_5_pages" : "prev_5_pages"));
+        QTEST(f.shown(), "shown");
+        QCOMPARE(QString::number(f.model.nowPage()), f.pageButtons().at(2)->text());
+    }
 
-    Bar f;
-    f.bar->setItemCount(1000);
-    f.bar->setPage(from);
-    click(f.arrow(forward ? "next_5_pages" : "prev_5_pages"));
-    QTEST(f.shown(), "shown");
-    QCOMPARE(QString::number(f.model.nowPage()), f.pageButtons().at(2)->text());
-}
+    void onlyUserActionsEmit()
+    {
+        Bar f;
+        QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
+        QSignalSpy refreshed(f.bar, &OrvaPagingBar::sigRefresh);
+        QVERIFY(changed.isValid() && refreshed.isValid());
 
-void TestPagingBar::onlyUserActionsEmit()
-{
-    Bar f;
-    QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
-    QSignalSpy refreshed(f.bar, &OrvaPagingBar::sigRefresh);
-    QVERIFY(changed.isValid() && refreshed.isValid());
+        f.bar->setItemCount(300);
+        f.bar->setPage(4);
+        f.bar->setItemCount(250);
+        f.bar->setFooterText(QStringLiteral("x"));
+        QCOMPARE(f.shown(), QStringLiteral("++ 2|3|4|5|( ) ++"));
+        QCOMPARE(changed.count(), 0);
 
-    f.bar->setItemCount(300);
-    f.bar->setPage(4);
-    f.bar->setItemCount(250);
-    f.bar->setFooterText(QStringLiteral("x"));
-    QCOMPARE(f.shown(), QStringLiteral("++ 2|3|4|5|( ) ++"));
-    QCOMPARE(changed.count(), 0);
+        // Each click on a live button tells the host once, the middle page's too;
+        // dead ones (first on page 1, a blank page) say nothing.
+        for (QWidget* button : {f.arrow("next_5_pages"), f.arrow("first_page"), f.arrow("first_page"),
+                                static_cast<QWidget*>(f.pageButtons().at(0)), static_cast<QWidget*>(f.pageButtons().at(2))})
+            click(button);
+        QCOMPARE(changed.count(), 3);
+        click(f.arrow("pagebar_refresh"));
+        QCOMPARE(refreshed.count(), 1);
+        QCOMPARE(changed.count(), 3);
 
-    // Each click on a live button tells the host once, the middle page's too;
-    // dead ones (first on page 1, a blank page) say nothing.
-    for (QWidget* button : {f.arrow("next_5_pages"), f.arrow("first_page"), f.arrow("first_page"),
-                            static_cast<QWidget*>(f.pageButtons().at(0)), static_cast<QWidget*>(f.pageButtons().at(2))})
-        click(button);
-    QCOMPARE(changed.count(), 3);
-    click(f.arrow("pagebar_refresh"));
-    QCOMPARE(refreshed.count(), 1);
-    QCOMPARE(changed.count(), 3);
+        // reset() tells the host every time, also when already on page 1.
+        f.bar->reset();
+        f.bar->reset();
+        QCOMPARE(changed.count(), 5);
+        QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|2|3 ++"));
+    }
 
-    // reset() tells the host every time, also when already on page 1.
-    f.bar->reset();
-    f.bar->reset();
-    QCOMPARE(changed.count(), 5);
-    QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|1|2|3 ++"));
-}
+    void footerLabelsAreReused()
+    {
+        const QString plain = getStyleSheet("component.paging_bar_label", false);
+        const QString rightmost = getStyleSheet("component.paging_bar_rightmost_label", false);
+        Bar f;
+        f.bar->setFooterInfos({{QStringLiteral("Rows 1-50 of 3000"), 120}, {QStringLiteral("3 selected"), 80}, {}});
+        const QList<QLabel*> made = f.labels();
+        QCOMPARE(made.size(), 3);
+        QCOMPARE(made.at(2)->text(), QStringLiteral("Rows 1-50 of 3000"));
+        QCOMPARE(QSize(made.at(2)->width(), made.at(1)->width()), QSize(scaled(120), scaled(80)));
+        QCOMPARE(made.at(2)->alignment(), Qt::AlignRight | Qt::AlignVCenter);
+        const QPointer<QLabel> second = made.at(1);
 
-void TestPagingBar::footerLabelsAreReused()
-{
-    const QString plain = getStyleSheet("component.paging_bar_label", false);
-    const QString rightmost = getStyleSheet("component.paging_bar_rightmost_label", false);
-    Bar f;
-    f.bar->setFooterInfos({{QStringLiteral("Rows 1-50 of 3000"), 120}, {QStringLiteral("3 selected"), 80}, {}});
-    const QList<QLabel*> made = f.labels();
-    QCOMPARE(made.size(), 3);
-    QCOMPARE(made.at(2)->text(), QStringLiteral("Rows 1-50 of 3000"));
-    QCOMPARE(made.at(2)->width(), scaled(120));
-    QCOMPARE(made.at(1)->width(), scaled(80));
-    QCOMPARE(made.at(2)->alignment(), Qt::AlignRight | Qt::AlignVCenter);
-    const QPointer<QLabel> second = made.at(1);
+        // One text relabels the first label, whose width stays; the rest are hidden
+        // and out of the layout but not deleted (a host may hold them).
+        f.bar->setFooterText(QStringLiteral("Rows 51-100 of 3000"));
+        QCOMPARE(f.labels(), QList<QLabel*>{made.at(2)});
+        QCOMPARE(made.at(2)->text(), QStringLiteral("Rows 51-100 of 3000"));
+        QCOMPARE(made.at(2)->width(), scaled(120));
+        QVERIFY(second && second->isHidden());
+        for (QHBoxLayout* layout : f.bar->findChildren<QHBoxLayout*>())
+            QCOMPARE(layout->indexOf(second.data()), -1);
+        f.bar->setFooterInfo({QStringLiteral("only"), 70});
+        QCOMPARE(made.at(2)->width(), scaled(70));
 
-    // One text relabels the first label, whose width stays; the rest are hidden
-    // and out of the layout but not deleted (a host may hold them).
-    f.bar->setFooterText(QStringLiteral("Rows 51-100 of 3000"));
-    QCOMPARE(f.labels(), QList<QLabel*>{made.at(2)});
-    QCOMPARE(made.at(2)->text(), QStringLiteral("Rows 51-100 of 3000"));
-    QCOMPARE(made.at(2)->width(), scaled(120));
-    QVERIFY(second && second->isHidden());
-    for (QHBoxLayout* layout : f.bar->findChildren<QHBoxLayout*>())
-        QCOMPARE(layout->indexOf(second.data()), -1);
-    f.bar->setFooterInfo({QStringLiteral("only"), 70});
-    QCOMPARE(made.at(2)->width(), scaled(70));
-
-    // The look of the row's end goes to a first label made while the refresh
-    // button is hidden, and stays with it; labels made before keep theirs.
-    f.bar->setRefreshButtonHidden(true);
-    QVERIFY(!f.arrow("pagebar_refresh")->isVisible());
-    f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
-    QVERIFY(f.labels().at(0) != second.data()); // a dropped label stays dropped
-    QCOMPARE(f.labels().at(1)->styleSheet() + f.labels().at(0)->styleSheet(), plain + plain);
-    f.bar->setFooterInfos({});
-    QCOMPARE(f.labels().size(), 0);
-    f.bar->setFooterText(QStringLiteral("new"));
-    f.bar->setRefreshButtonHidden(false);
-    f.bar->setFooterText(QStringLiteral("newer"));
-    QVERIFY(plain != rightmost);
-    QCOMPARE(f.labels().at(0)->styleSheet(), rightmost);
-}
+        // The look of the row's end goes to a first label made while the refresh
+        // button is hidden, and stays with it; labels made before keep theirs.
+        f.bar->setRefreshButtonHidden(true);
+        QVERIFY(!f.arrow("pagebar_refresh")->isVisible());
+        f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
+        QVERIFY(f.labels().at(0) != second.data()); // a dropped label stays dropped
+        QCOMPARE(f.labels().at(1)->styleSheet() + f.labels().at(0)->styleSheet(), plain + plain);
+        f.bar->setFooterInfos({});
+        QCOMPARE(f.labels().size(), 0);
+        f.bar->setFooterText(QStringLiteral("new"));
+        f.bar->setRefreshButtonHidden(false);
+        f.bar->setFooterText(QStringLiteral("newer"));
+        QVERIFY(plain != rightmost);
+        QCOMPARE(f.labels().at(0)->styleSheet(), rightmost);
+    }
+};
 
 ORVACAT_TEST_MAIN(TestPagingBar)
 #include "tst_pagingbar.moc"
