@@ -288,6 +288,7 @@ private Q_SLOTS:
             windows << newHelpWindow(qstrcmp(c.failure, "refused") ? server.serverPort() : 1, c.language, c.link, c.failure);
         ProbeHelpWindow* silent = windows.first();
         QSignalSpy aborts(silent, &BrowserWindow::sigAbortRequest);
+        silent->reload(); // the overtaken request must neither stop the clock nor come back
         for (ProbeHelpWindow* window : windows.mid(1))
             QTRY_COMPARE(window->offlineCalls, 1);
         // A server that never answers is given its ten seconds, then dropped once.
@@ -306,6 +307,28 @@ private Q_SLOTS:
         // "../image/tall.png" of the English page resolves through its folder to the shared picture.
         windows[1]->show();
         QTRY_VERIFY(windows[1]->textBrowser()->document()->size().height() > 400);
+    }
+
+    void overtakenRequestNeverChangesThePage()
+    {
+        TestServer server(true);
+        server.setHandler([&](QTcpSocket* socket, const QByteArray&) {
+            server.targets.size() == 2 ? respond(socket, 200, "<p>second</p>") : void(server.held << socket);
+        });
+        ProbeHelpWindow* window = newHelpWindow(server.serverPort(), "enu");
+        QTRY_COMPARE(server.held.size(), 1);
+        window->reload();
+        QTRY_COMPARE(window->textBrowser()->toPlainText(), QString("second"));
+        respond(server.held[0], 404, "late failure");
+        QTest::qWait(300);
+        QCOMPARE(window->textBrowser()->toPlainText(), QString("second"));
+        QCOMPARE(window->offlineCalls, 0);
+        // A window closed while it waits drops its request.
+        window->reload();
+        QTRY_COMPARE(server.held.size(), 2);
+        qDeleteAll(m_windows);
+        m_windows.clear();
+        QTRY_VERIFY(!server.held[1]);
     }
 
     void setTextStartsDownloads_data()

@@ -4,6 +4,7 @@
 #include <orvacat/orvacat_export.h>
 
 #include <QDialog>
+#include <QPointer>
 #include <QUrl>
 
 class HtmlTextBrowser;
@@ -31,9 +32,12 @@ public:
     /** Creates the network manager and the query timer; the constructor calls it, later calls do nothing. */
     void init();
 
-    /** Makes @p url the current URL and queries it. */
+    /** Makes @p url the current URL and queries it, dropping a request still pending. */
     void reload(const QUrl& url);
-    /** Queries the current URL again; replies still pending stay connected. */
+    /**
+     * Queries the current URL again. A request still pending is aborted
+     * first: only the latest one can change what the window shows.
+     */
     void reload();
 
     /** The URL of the last reload(); empty before the first. */
@@ -65,6 +69,8 @@ private:
     QNetworkAccessManager* m_manager = nullptr;
     QTimer* m_timer = nullptr;
     HtmlTextBrowser* m_textBrowser = nullptr;
+    QPointer<QNetworkReply> m_reply; // the latest request, until it is handled
+
 };
 
 #endif // ORVACAT_BROWSERWINDOW_H

@@ -86,8 +86,15 @@ qint64 BrowserWindow::maxContentSize()
 
 void BrowserWindow::query()
 {
+    // Only the latest request may change the page. The one it overtakes is
+    // dropped now: answered or failed later, it would replace a good page.
+    if (QNetworkReply* overtaken = m_reply) {
+        m_reply = nullptr;
+        overtaken->abort();
+    }
     m_timer->start(kQueryTimeoutMs);
     QNetworkReply* reply = m_manager->get(QNetworkRequest(m_url));
+    m_reply = reply;
     connect(this, &BrowserWindow::sigAbortRequest, reply, &QNetworkReply::abort);
     // A help page is small; an endless body would only fill the memory and
     // then freeze the view, so it is cut off and treated as unreachable.
@@ -107,8 +114,11 @@ void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
 {
     if (!reply)
         return;
-    m_timer->stop();
     reply->deleteLater();
+    if (reply != m_reply)
+        return;
+    m_reply = nullptr;
+    m_timer->stop();
     if (reply->error() != QNetworkReply::NoError) {
         fallbackOffline();
         return;
