@@ -203,6 +203,8 @@ private Q_SLOTS:
         const QStringList contexts[][2] = {
             {{"", "", "", "1.0"}, {"section=", "lang=", "link=", "version=1.0"}},
             {{"fra", "set/page.html", "backup", "2.5"}, {"section=backup", "lang=fre", "link=set/page.html", "version=2.5"}},
+            {{"jpn", "a+b & c=d#e%41 \u00e9t\u00e9.html", "x+y", "1.0;2"},
+             {"section=x+y", "lang=jpn", "link=a+b & c=d#e%41 \u00e9t\u00e9.html", "version=1.0;2"}},
         };
         TestServer server(true);
         server.serve("<p>online page</p>");
@@ -215,7 +217,7 @@ private Q_SLOTS:
             fields.insert(3, "unique=orvana_utility_help");
             QCOMPARE(formFields(server.targets.last()), QStringList{"action=findHelpFile"} + fields);
         }
-        QCOMPARE(server.targets.size(), 2);
+        QCOMPARE(server.targets.size(), 3);
     }
 
     void onlinePageShowsItsPictures()

@@ -26,7 +26,8 @@ struct ORVACAT_EXPORT HelpContext
 
 /**
  * The help dialog. The constructor asks the knowledge base for the page of
- * the context (https://<host>/cgi/knowledgebase/?action=findHelpFile&...);
+ * the context (https://<host>/cgi/knowledgebase/?action=findHelpFile&...,
+ * every value percent-encoded so that a server reads it as written);
  * when that fails it shows the page from the offline help folder of the
  * language, else of English ("enu"), else nothing.
  *

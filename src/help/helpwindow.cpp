@@ -5,7 +5,8 @@
 #include <QFile>
 #include <QTextStream>
 #include <QUrl>
-#include <QUrlQuery>
+
+#include <utility>
 
 namespace {
 
@@ -87,14 +88,24 @@ void HelpWindow::retrieveHelpContent()
     url.setPort(knowledgeBasePort());
     url.setPath(QStringLiteral("/cgi/knowledgebase/"), QUrl::TolerantMode);
 
-    QUrlQuery query;
-    query.addQueryItem(QStringLiteral("action"), QStringLiteral("findHelpFile"));
-    query.addQueryItem(QStringLiteral("section"), m_context.section);
-    query.addQueryItem(QStringLiteral("lang"), m_context.language);
-    query.addQueryItem(QStringLiteral("link"), m_context.link);
-    query.addQueryItem(QStringLiteral("unique"), QStringLiteral("orvana_utility_help"));
-    query.addQueryItem(QStringLiteral("version"), m_context.version);
-    url.setQuery(query.query(QUrl::PrettyDecoded), QUrl::TolerantMode);
+    // Every value is percent-encoded here, as a form would send it: left to
+    // QUrl, a '+' stays literal (the server reads a space) and "%41" is
+    // taken as an escape, so the page asked for would not be the host's.
+    const std::pair<const char*, QString> items[] = {
+        {"action", QStringLiteral("findHelpFile")},
+        {"section", m_context.section},
+        {"lang", m_context.language},
+        {"link", m_context.link},
+        {"unique", QStringLiteral("orvana_utility_help")},
+        {"version", m_context.version},
+    };
+    QByteArray query;
+    for (const auto& item : items) {
+        if (!query.isEmpty())
+            query += '&';
+        query += item.first + QByteArray("=") + QUrl::toPercentEncoding(item.second, "/");
+    }
+    url.setQuery(QString::fromLatin1(query), QUrl::StrictMode);
 
     reload(url);
 }
