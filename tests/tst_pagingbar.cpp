@@ -9,8 +9,6 @@
 #include <QLabel>
 #include <QPointer>
 
-#include <memory>
-
 using TestEnvironment::scaled;
 
 namespace {
@@ -23,15 +21,13 @@ void click(QWidget* button) { QTest::mouseClick(button, Qt::LeftButton, Qt::NoMo
 struct Bar
 {
     Bar()
-        : window(new QWidget)
-        , bar(new OrvaPagingBar(&model, window.get()))
+        : bar(new OrvaPagingBar(&model))
     {
-        (new QHBoxLayout(window.get()))->setContentsMargins(0, 0, 0, 0);
-        window->layout()->addWidget(bar);
-        window->resize(scaled(900), bar->sizeHint().height());
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        bar->resize(scaled(900), bar->sizeHint().height());
+        bar->show();
+        QVERIFY(QTest::qWaitForWindowExposed(bar));
     }
+    ~Bar() { delete bar; }
 
     QWidget* arrow(const char* key) const
     {
@@ -59,7 +55,6 @@ struct Bar
     QList<QLabel*> labels() const { QApplication::processEvents(); return TestEnvironment::leftToRight<QLabel>(bar); }
 
     OrvaPagingModel model{50};
-    std::unique_ptr<QWidget> window;
     OrvaPagingBar* bar;
 };
 
@@ -103,6 +98,9 @@ private Q_SLOTS:
         // A 29 px strip of 27 px pages, 19 px labels and a 24 px refresh button
         // kept 2 px below the footer's centre.
         QCOMPARE(f.bar->findChild<QWidget*>("PAGINGBARBORDER")->geometry(), QRect(0, 0, f.bar->width(), scaled(29)));
+        const QImage strip = f.bar->grab().toImage(); // the theme's rule along its top
+        QCOMPARE(TestEnvironment::pixelAt(strip, QPoint(10, 0)).name() + TestEnvironment::pixelAt(strip, QPoint(10, 5)).name(),
+                 QStringLiteral("#e8eaed#ffffff"));
         for (OrvaButton* page : f.pageButtons())
             QVERIFY(page->height() == scaled(27) && page->width() >= scaled(28));
         QCOMPARE(labels.at(0)->height(), scaled(19));
@@ -187,7 +185,6 @@ private Q_SLOTS:
         f.bar->setPage(4);
         f.bar->setItemCount(250);
         f.bar->setFooterText(QStringLiteral("x"));
-        QCOMPARE(f.shown(), QStringLiteral("++ 2|3|4|5|( ) ++"));
         QCOMPARE(changed.count(), 0);
 
         // Each click on a live button tells the host once, the middle page's too;
@@ -235,7 +232,6 @@ private Q_SLOTS:
         // The look of the row's end goes to a first label made while the refresh
         // button is hidden, and stays with it; labels made before keep theirs.
         f.bar->setRefreshButtonHidden(true);
-        QVERIFY(!f.arrow("pagebar_refresh")->isVisible());
         f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
         QVERIFY(f.labels().at(0) != second.data()); // a dropped label stays dropped
         QCOMPARE(f.labels().at(1)->styleSheet() + f.labels().at(0)->styleSheet(), plain + plain);
