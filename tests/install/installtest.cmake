@@ -38,6 +38,14 @@ if(NOT EXISTS "${prefix}/share/orvacat-qt/themes/default/images.json")
     message(FATAL_ERROR "The theme was not installed")
 endif()
 
+# The Designer plugin, when the build has one, lands below the prefix.
+if(EXISTS "${BUILD_DIR}/plugins/designer")
+    file(GLOB_RECURSE plugin "${prefix}/*/liborvacat-designer.so")
+    if(NOT plugin)
+        message(FATAL_ERROR "The Designer plugin was not installed below ${prefix}")
+    endif()
+endif()
+
 # A host that knows only pkg-config, with the install moved after the fact:
 # the .pc file must find its prefix from where it lies.
 file(RENAME ${prefix} ${WORK_DIR}/moved)

@@ -1,6 +1,7 @@
 // Builds against the installed package through the umbrella header (and the
 // single-application header as existing hosts spell it),
-// runs the start-up order on an empty theme and builds a widget.
+// runs the start-up order on an empty theme and builds a widget (and, when
+// built with CMake, a Designer form of the toolkit's widgets through uic).
 
 #include <orvacat/orvacat.h>
 // As a host written for the single-application component spells it.
@@ -8,6 +9,10 @@
 
 #include <QApplication>
 #include <QTemporaryDir>
+
+#ifdef ORVACAT_HOST_FORM
+#include "ui_form.h"
+#endif
 
 #include <cstdio>
 
@@ -23,6 +28,15 @@ int main(int argc, char** argv)
 
     OrvaButton button(ComponentStrings::getInstance()->getString(QStringLiteral("ok")), 7);
     std::printf("host ok: %s %g\n", qPrintable(button.text()), DPIinfo::getInstance()->getDPI());
+#ifdef ORVACAT_HOST_FORM
+    QWidget formHost;
+    Ui::HostForm form;
+    form.setupUi(&formHost);
+    form.pagingBar->setItemCount(45);
+    std::printf("form ok: %s, %d pages\n", qPrintable(form.okButton->text()), form.pagingBar->pagingModel()->pageCount());
+    if (form.okButton->parentWidget() != &formHost || form.pagingBar->pagingModel()->pageCount() != 3)
+        return 1;
+#endif
     if (app.isRunning())
         std::printf("another install test is running\n");
     return button.text() == QLatin1String("OK") ? 0 : 1;
