@@ -5,6 +5,8 @@
 
 #include <QMap>
 #include <QObject>
+#include <QPointer>
+#include <QSharedPointer>
 #include <QString>
 #include <QTextBrowser>
 
@@ -12,8 +14,8 @@ class QNetworkAccessManager;
 class QNetworkReply;
 
 /**
- * Fetches one URL into one local file with a plain GET. Each downloader has
- * its own network manager, so the images of a page download side by side.
+ * Fetches one URL into one local file with a plain GET, through a network
+ * manager of its own or one shared with other downloads.
  *
  * The file is written only after a reply without network error, and never
  * through a symbolic link: a link planted at the local path is left alone
@@ -31,8 +33,14 @@ public:
     ImageDownloader(const QString& localPath, const QString& url, QObject* parent = nullptr);
     ~ImageDownloader() override;
 
-    /** Issues the GET. A second call does nothing. */
+    /** Issues the GET through a network manager of its own. A second start does nothing. */
     void start();
+    /**
+     * Issues the GET through @p manager, shared with other downloads: it
+     * runs a few requests per server at a time and queues the others. The
+     * manager lives as long as one of its users holds it.
+     */
+    void start(const QSharedPointer<QNetworkAccessManager>& manager);
 
     /** True once the reply has been handled and sigDownloadFinish emitted. */
     bool isFinished() const;
@@ -56,7 +64,8 @@ private Q_SLOTS:
 private:
     QString m_localPath;
     QString m_url;
-    QNetworkAccessManager* m_manager = nullptr;
+    QSharedPointer<QNetworkAccessManager> m_manager;
+    QPointer<QNetworkReply> m_reply;
     bool m_finished = false;
     int m_result = -1;
 };
@@ -66,7 +75,9 @@ private:
  * HTML carrying a base tag (<base href="...">), every distinct image source
  * of the page is downloaded from base URL + source into the cache folder
  * QDir::tempPath() + "/orvana_help/image", which is put in front of the
- * search paths; the view redraws as each download completes. A page refers
+ * search paths; the view redraws as each download completes. The downloads
+ * of a view share one network manager, at most six at a time to a server;
+ * those still running when the view goes finish on their own. A page refers
  * to a cached picture as "../image/" followed by its file name.
  *
  * The cache folders are created private to the user. If one of them is a
@@ -109,6 +120,7 @@ protected Q_SLOTS:
 private:
     QString m_baseUrl;
     QMap<QString, ImageDownloader*> m_downloads;
+    QSharedPointer<QNetworkAccessManager> m_manager;
 };
 
 #endif // ORVACAT_HTMLTEXTBROWSER_H

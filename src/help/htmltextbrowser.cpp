@@ -4,6 +4,7 @@
 
 #include <orvacat/globals.h>
 
+#include <QNetworkAccessManager>
 #include <QPointer>
 #include <QSet>
 #include <QTextDocument>
@@ -86,6 +87,11 @@ void HtmlTextBrowser::setText(const QString& text)
         }
         const QString localPath = imageFolder + QLatin1String("/../image/") + fileName;
         const QString url = m_baseUrl + value;
+        // One manager for the page: it runs a few downloads per server at a
+        // time and queues the rest, where a manager per picture would open
+        // a thread and a connection for each at once.
+        if (!m_manager)
+            m_manager.reset(new QNetworkAccessManager, &QObject::deleteLater);
         auto* downloader = new ImageDownloader(localPath, url);
         connect(downloader, &ImageDownloader::sigDownloadFinish, this, &HtmlTextBrowser::slotDownloadFinished);
         // Once this view is gone nobody releases the downloader: it does so itself when done.
@@ -95,7 +101,7 @@ void HtmlTextBrowser::setText(const QString& text)
                 downloader->deleteLater();
         });
         m_downloads.insert(url, downloader);
-        downloader->start();
+        downloader->start(m_manager);
     }
 
     QTextBrowser::setText(text);

@@ -18,21 +18,28 @@ ImageDownloader::ImageDownloader(const QString& localPath, const QString& url, Q
 
 ImageDownloader::~ImageDownloader()
 {
-    if (m_manager) {
-        // Still delivering the reply when we go: let it finish unwinding first.
-        m_manager->disconnect(this);
-        m_manager->deleteLater();
-        m_manager = nullptr;
+    // A download given up frees its place for the others of the manager.
+    if (m_reply && !m_finished) {
+        m_reply->disconnect(this);
+        m_reply->abort();
+        m_reply->deleteLater();
     }
 }
 
 void ImageDownloader::start()
 {
-    if (m_manager)
+    // Deleted later: the manager may still be delivering the reply when the last user goes.
+    start(QSharedPointer<QNetworkAccessManager>(new QNetworkAccessManager, &QObject::deleteLater));
+}
+
+void ImageDownloader::start(const QSharedPointer<QNetworkAccessManager>& manager)
+{
+    if (m_manager || !manager)
         return;
-    m_manager = new QNetworkAccessManager;
-    connect(m_manager, &QNetworkAccessManager::finished, this, &ImageDownloader::slotFinishDownload);
+    m_manager = manager;
     QNetworkReply* reply = m_manager->get(QNetworkRequest(QUrl(m_url, QUrl::TolerantMode)));
+    m_reply = reply;
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { slotFinishDownload(reply); });
     // A picture that never ends would otherwise fill the memory before it fails.
     connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
         if (!reply->isFinished() && (received > maxImageSize() || total > maxImageSize())) {
