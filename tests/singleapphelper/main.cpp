@@ -1,14 +1,8 @@
-// orvacat-singleapp-probe: a host of the single-instance application that the
-// suites start as separate processes.
-//
-//   orvacat-singleapp-probe --id ID [--send TEXT | --send-file PATH] [--attempts N] [--window]
-//   orvacat-singleapp-probe --language      prints "language <code>" for the system locale
-//
-// It prints "primary" or "secondary". A secondary sends its message (if any),
-// prints "sent" or "failed" and exits with 0 or 1. A primary prints "message
-// <base64 of the UTF-8 text>" per message and obeys "unlock" (answering
-// "unlocked 1" or "unlocked 0") and "quit" on standard input. With --window it
-// has a minimized activation window and reports its state after each message.
+// A host of the single-instance application that the suites start as separate
+// processes. It prints its role; a secondary sends the bytes of --send-file and
+// prints "sent" or "failed"; a primary prints "message <base64>" per message,
+// unlocks on a line of input and quits at its end; with --window a message brings
+// back its minimized window. --language prints the code of the system locale.
 
 #include <orvacat/orvalocale.h>
 #include <orvacat/qtsingleapplication.h>
@@ -20,19 +14,14 @@
 #include <cstdio>
 #include <unistd.h>
 
-static void say(const QByteArray& line)
-{
-    std::printf("%s\n", line.constData());
-    std::fflush(stdout);
-}
+static void say(const QByteArray& line) { std::printf("%s\n", line.constData()); std::fflush(stdout); }
 
 int main(int argc, char** argv)
 {
-    QMap<QByteArray, QString> options;
+    QMap<QByteArray, QString> options; // "--name value" or a bare "--name"
     for (int i = 1; i < argc; ++i) {
-        const bool valued = i + 1 < argc && argv[i + 1][0] != '-';
-        options.insert(argv[i], valued ? QString::fromLocal8Bit(argv[i + 1]) : QString());
-        i += valued ? 1 : 0;
+        const QByteArray name = argv[i];
+        options.insert(name, i + 1 < argc && argv[i + 1][0] != '-' ? QFile::decodeName(argv[++i]) : QString());
     }
     if (options.contains("--language")) {
         say("language " + OrvaLocale::getInstance()->getDefaultLanguage().toUtf8());
@@ -43,24 +32,15 @@ int main(int argc, char** argv)
 
     if (app.isRunning()) {
         say("secondary");
-        if (!options.contains("--send") && !options.contains("--send-file"))
+        QFile input(options.value("--send-file"));
+        if (!input.open(QIODevice::ReadOnly))
             return 0;
-        QString message = options.value("--send");
-        if (options.contains("--send-file")) {
-            QFile input(options.value("--send-file"));
-            if (!input.open(QIODevice::ReadOnly))
-                return 1;
-            const QByteArray bytes = input.readAll();
-            message = QString::fromUtf8(bytes.constData(), bytes.size());
-        }
-        for (int attempt = qMax(1, options.value("--attempts").toInt()); attempt > 0; --attempt) {
-            if (app.sendMessage(message, 20000)) {
-                say("sent");
-                return 0;
-            }
-        }
-        say("failed");
-        return 1;
+        const QByteArray bytes = input.readAll();
+        bool sent = false;
+        for (int attempt = options.value("--attempts").toInt(); attempt > 0 && !sent; --attempt)
+            sent = app.sendMessage(QString::fromUtf8(bytes.constData(), bytes.size()), 20000);
+        say(sent ? "sent" : "failed");
+        return sent ? 0 : 1;
     }
 
     say("primary");
@@ -71,17 +51,17 @@ int main(int argc, char** argv)
         window.showMinimized();
         app.setActivationWindow(&window);
         // Queued: looked at after the activation that the message triggers.
-        QObject::connect(&app, &QtSingleApplication::messageReceived, &window, [&window] {
-            say(window.isMinimized() ? "window minimized" : "window normal");
-        }, Qt::QueuedConnection);
+        QObject::connect(&app, &QtSingleApplication::messageReceived, &window,
+                         [&window] { say(window.isMinimized() ? "window minimized" : "window normal"); },
+                         Qt::QueuedConnection);
     }
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        char line[64] = {};
-        if (::read(STDIN_FILENO, line, sizeof(line) - 1) <= 0 || qstrncmp(line, "quit", 4) == 0)
-            QCoreApplication::quit();
-        else if (qstrncmp(line, "unlock", 6) == 0)
+        char line[64];
+        if (::read(STDIN_FILENO, line, sizeof(line)) > 0)
             say(app.unlock() ? "unlocked 1" : "unlocked 0");
+        else
+            QCoreApplication::quit();
     });
     return app.exec();
 }
