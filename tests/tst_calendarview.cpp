@@ -1,5 +1,4 @@
 // The calendar view and the date selector built on it, driven as a user picks a date.
-//
 // German captions over a French locale: a name Qt's calendar would write
 // itself (French, lower case) can never pass for the toolkit's own.
 
@@ -18,21 +17,14 @@
 namespace {
 
 template <typename T = QToolButton>
-T* part(QWidget* view, const char* name)
-{
-    return view->findChild<T*>(QLatin1String(name));
-}
+T* part(QWidget* view, const char* name) { return view->findChild<T*>(QLatin1String(name)); }
 QTableView* gridOf(QWidget* view) { return part<QTableView>(view, "qt_calendar_calendarview"); }
 
 /** Where @p day of February 2024 sits: the 1st, a Thursday, is fifth in the first row. */
 QModelIndex dayCell(QTableView* grid, int day) { return grid->model()->index((day + 3) / 7, (day + 3) % 7); }
 QPoint dayCentre(QTableView* grid, int day) { return grid->visualRect(dayCell(grid, day)).center(); }
 
-void click(QWidget* widget, QPoint at = QPoint())
-{
-    QVERIFY(widget && widget->isVisible());
-    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, at.isNull() ? widget->rect().center() : at);
-}
+void click(QWidget* w, QPoint at = QPoint()) { QTest::mouseClick(w, Qt::LeftButton, {}, at.isNull() ? w->rect().center() : at); }
 
 /** Presses @p key where the focus is and names where it went. */
 QString pressOnFocus(Qt::Key key)
