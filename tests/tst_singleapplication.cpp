@@ -1,6 +1,6 @@
-// The single-instance application across real processes (a probe host, started
-// as often as a case needs) and against peers that speak the published wire
-// format: a 4-byte big-endian count, the UTF-8 text, answered by "ack".
+// The single-instance application across real processes (the probe host) and
+// against peers that speak the published wire format: a 4-byte big-endian
+// count, the UTF-8 text, answered by "ack".
 
 #include "testmain.h"
 
@@ -23,8 +23,7 @@ const int timeout = 30000;
 const QString sent = QStringLiteral("secondary\nsent\n");
 const QByteArray tricky("tab\there\0\r\nGrüße 你好", 25); // NUL, line ends, non-ASCII
 
-// Exposes the names the peer derived from its id.
-struct Peer : QtLocalPeer {
+struct Peer : QtLocalPeer { // with the names it derived from its id
     using QtLocalPeer::QtLocalPeer;
     QString name() const { return socketName; }
     QString lockName() const { return lockFile.fileName(); }
@@ -60,7 +59,8 @@ class TestSingleApplication : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    // Lock files and sockets of this run only, shared with no other run or user.
+    void initTestCase() { QVERIFY(m_tmp.isValid()); qputenv("TMPDIR", QFile::encodeName(m_tmp.path())); }
     void cleanup() { m_probes.clear(); }
 
     void socketAndLockNamesFollowTheId();
@@ -73,12 +73,12 @@ private:
     Probe* start(const QString& id, const QStringList& extra = QStringList())
     {
         m_probes.push_back(std::make_unique<Probe>());
-        m_probes.back()->start(QStringLiteral(ORVACAT_SINGLEAPP_PROBE), QStringList{QStringLiteral("--id"), id} + extra);
+        m_probes.back()->start(QStringLiteral(ORVACAT_SINGLEAPP_PROBE), QStringList(id) + extra);
         return m_probes.back().get();
     }
-    Probe* startPrimary(const QString& id, const QStringList& extra = QStringList())
+    Probe* startPrimary(const QString& id)
     {
-        Probe* probe = start(id, extra);
+        Probe* probe = start(id);
         [&] { QTRY_COMPARE_WITH_TIMEOUT(probe->text(), QStringLiteral("primary\n"), timeout); }();
         return probe;
     }
@@ -87,24 +87,16 @@ private:
         QFile file(m_tmp.filePath(QString::number(m_probes.size())));
         if (!file.open(QIODevice::WriteOnly) || file.write(message) != message.size() || !file.flush())
             return nullptr;
-        return start(id, {QStringLiteral("--send-file"), file.fileName(), QStringLiteral("--attempts"), attempts});
+        return start(id, {file.fileName(), attempts});
     }
 
     QTemporaryDir m_tmp;
     std::vector<std::unique_ptr<Probe>> m_probes;
 };
 
-void TestSingleApplication::initTestCase()
-{
-    QVERIFY(m_tmp.isValid());
-    // Lock files and sockets of this run only, shared with no other run or user.
-    qputenv("TMPDIR", QFile::encodeName(m_tmp.path()));
-}
-
 void TestSingleApplication::socketAndLockNamesFollowTheId()
 {
-    // What a host of the published component with the same id looks for: the
-    // id's letters (six at most), its CRC-16 and the user id, both in hex.
+    // Where a published host with this id looks: its letters (six at most), CRC-16 and user id.
     const QString uid = QString::number(::getuid(), 16);
     QCOMPARE(Peer(nullptr, QStringLiteral("com.example.MyApp")).name(), "qtsingleapp-comexa-ad6a-" + uid);
     QCOMPARE(Peer(nullptr, QStringLiteral("/usr/bin/myapp")).lockName(), QDir::tempPath() + "/qtsingleapp-usrbin-dbb2-" + uid + "-lockfile");
@@ -122,8 +114,7 @@ void TestSingleApplication::primaryAnswersPublishedSenders()
         Peer peer(nullptr, QStringLiteral("org.orvacat.in-process"));
         socketPath = QDir::tempPath() + QLatin1Char('/') + peer.name();
         QObject::connect(&peer, &QtLocalPeer::messageReceived, [&](const QString& text) { received << text; });
-        QVERIFY(!peer.isClient());
-        QVERIFY(!peer.sendMessage(QStringLiteral("to myself"), 1000));
+        QVERIFY(!peer.isClient() && !peer.sendMessage(QStringLiteral("to myself"), 1000)); // the primary sends nothing
 
         // Broken senders (a short body, a short count) are dropped with a warning.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^QtLocalPeer: Message reception failed")));
@@ -160,10 +151,9 @@ void TestSingleApplication::sixteenStartsGiveOnePrimaryAndEveryMessageOnce()
     QTRY_COMPARE_WITH_TIMEOUT(std::count_if(m_probes.cbegin(), m_probes.cend(), ended), std::ptrdiff_t(15), 120000);
     Probe* primary = std::find_if_not(m_probes.cbegin(), m_probes.cend(), ended)->get();
     QStringList expected;
-    for (size_t i = 0; i < 16; ++i) {
+    for (size_t i = 0; i < 16; ++i)
         if (m_probes[i].get() != primary && m_probes[i]->text() == sent)
             expected << printed(messages.at(int(i)));
-    }
     QCOMPARE(expected.size(), 15);
     expected.sort();
     const auto received = [primary] { QStringList lines = primary->messages(); lines.sort(); return lines; };
@@ -187,12 +177,12 @@ void TestSingleApplication::primaryRolePassesOn()
     startSender(id, "still there");
     QTRY_COMPARE_WITH_TIMEOUT(successor->messages().size(), 2, timeout);
 
-    // Killed, it leaves its socket file behind; the next start takes the name
-    // over, and a message brings its window back after the host heard it.
+    // Killed, it leaves its socket behind; the next start takes the name over,
+    // and a message brings its window back after the host heard it.
     successor->kill();
     QVERIFY(successor->waitForFinished(timeout));
     QVERIFY(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + Peer(nullptr, id).name()));
-    Probe* third = startPrimary(id, {QStringLiteral("--window")});
+    Probe* third = startPrimary(id);
     startSender(id, "wake up");
     QTRY_COMPARE_WITH_TIMEOUT(third->text(), "primary\n" + printed("wake up") + "\nwindow normal\n", timeout);
     QVERIFY(third->quiet() && old->messages().isEmpty());
@@ -208,13 +198,11 @@ void TestSingleApplication::sendsThePublishedFraming()
     QLocalServer server;
     QVERIFY(server.listen(names.name()));
 
-    for (const char* answer : {"ack", "nak"}) {
+    for (const char* answer : {"ack", "nak"}) { // only "ack" counts as delivered
         Probe* sender = startSender(names.applicationId(), "\xC3\xA4rger");
         QTRY_VERIFY_WITH_TIMEOUT(server.hasPendingConnections(), timeout);
         QLocalSocket* socket = server.nextPendingConnection();
-        QTRY_COMPARE_WITH_TIMEOUT(socket->bytesAvailable(), qint64(10), timeout);
-        QCOMPARE(socket->readAll(), QByteArray("\0\0\0\x06\xC3\xA4rger", 10));
-        // Only "ack" counts as delivered.
+        QTRY_COMPARE_WITH_TIMEOUT(socket->peek(16), QByteArray("\0\0\0\x06\xC3\xA4rger", 10), timeout);
         socket->write(answer);
         socket->flush();
         QVERIFY(sender->waitForFinished(timeout));
