@@ -1,6 +1,5 @@
 // The calendar view and the date selector built on it, driven as a user picks a date.
-// German captions over a French locale: a name Qt's calendar would write
-// itself (French, lower case) can never pass for the toolkit's own.
+// German captions over a French locale: no name Qt's calendar writes itself can pass for the toolkit's.
 
 #include "testenvironment.h"
 #include "testmain.h"
@@ -24,7 +23,10 @@ QTableView* gridOf(QWidget* view) { return part<QTableView>(view, "qt_calendar_c
 QModelIndex dayCell(QTableView* grid, int day) { return grid->model()->index((day + 3) / 7, (day + 3) % 7); }
 QPoint dayCentre(QTableView* grid, int day) { return grid->visualRect(dayCell(grid, day)).center(); }
 
-void click(QWidget* w, QPoint at = QPoint()) { QTest::mouseClick(w, Qt::LeftButton, {}, at.isNull() ? w->rect().center() : at); }
+void click(QWidget* w, QPoint at = {})
+{
+    QTest::mouseClick(w, Qt::LeftButton, {}, at.isNull() ? w->rect().center() : at);
+}
 
 /** Presses @p key where the focus is and names where it went. */
 QString pressOnFocus(Qt::Key key)
@@ -71,17 +73,15 @@ private Q_SLOTS:
                  QStringLiteral("Kalender, Vorheriger Monat, Nächster Monat, Heute"));
         QCOMPARE(today->height(), TestEnvironment::scaled(24));
 
-        // One letter a day, Sunday first, between the navigation bar and the grid;
-        // and the grid agrees, a French locale notwithstanding.
+        // One letter a day, Sunday first, under the navigation bar; the grid agrees, though the locale is French.
         auto* header = part<QTableWidget>(view, "qt_calendar_weekdayview");
         QString letters;
         for (int i = 0; i < header->columnCount(); ++i)
             letters += header->item(0, i)->text();
         QCOMPARE(letters, QStringLiteral("SMDMDFS"));
-        auto top = [](QWidget* w) { return w->mapTo(w->window(), QPoint()).y(); };
         QWidget* navigation = part<QWidget>(view, "qt_calendar_navigationbar");
-        QVERIFY(header->isVisible() && top(navigation) + navigation->height() <= top(header));
-        QVERIFY(top(header) + header->height() <= top(gridOf(view)));
+        QVERIFY(header->isVisible() && navigation->geometry().bottom() < header->mapTo(calendar, QPoint()).y());
+        QVERIFY(header->mapTo(calendar, QPoint(0, header->height())).y() <= gridOf(view)->mapTo(calendar, {}).y());
         view->setCurrentPage(2024, 2);
         QCOMPARE(dayCell(gridOf(view), 1).data().toString(), QStringLiteral("1"));
 
@@ -107,7 +107,8 @@ private Q_SLOTS:
         QStringList menu;
         for (QAction* action : month->menu()->actions())
             menu << QString::number(action->data().toInt()) + ' ' + action->text();
-        QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,12 Dez"));
+        QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,"
+                                                "12 Dez"));
 
         // Paged by the arrows, by the keyboard, across the year and from the menu.
         view->setCurrentPage(2024, 2);
@@ -145,14 +146,12 @@ private Q_SLOTS:
         QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-28"));
         QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 28));
 
-        // A double click through the window, as the platform delivers it, picks the
-        // day as clicked and again as activated.
+        // A double click through the window, as the platform delivers it, picks as clicked and as activated.
         QTest::mouseDClick(view->windowHandle(), Qt::LeftButton, Qt::NoModifier,
                            grid->viewport()->mapTo(view, dayCentre(grid, 14)));
         QVERIFY(emitted().startsWith(QStringLiteral("2024-02-14 2024-02-14")));
 
-        // Tabbing into the grid lands on the selected day and picks nothing, nor
-        // does an arrow; Enter picks.
+        // Tabbing into the grid lands on the selected day and picks nothing, nor does an arrow; Enter picks.
         calendar->setSelectedDate(QDate(2024, 2, 9));
         part(view, "qt_calendar_yearbutton")->setFocus();
         QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
@@ -212,9 +211,9 @@ private Q_SLOTS:
         OrvaCalanderView* popup = selector->getCalendarView();
         QCalendarWidget* popupCalendar = popup->findChild<QCalendarWidget*>();
         auto shown = [selector, popupCalendar]() {
-            return QStringLiteral("%1 items: %2 %3, page %4-%5")
-                .arg(selector->count()).arg(selector->currentText(), selector->itemData(0).toDate().toString(Qt::ISODate))
-                .arg(popupCalendar->yearShown()).arg(popupCalendar->monthShown());
+            const QString date = selector->itemData(0).toDate().toString(Qt::ISODate);
+            return QStringLiteral("%1 items: %2 %3, page %4-%5").arg(selector->count()).arg(selector->currentText())
+                .arg(date).arg(popupCalendar->yearShown()).arg(popupCalendar->monthShown());
         };
         const QString placeholderOnToday = QStringLiteral("1 items: Pick a date , page %1-%2")
                                                .arg(QDate::currentDate().year()).arg(QDate::currentDate().month());
@@ -227,8 +226,7 @@ private Q_SLOTS:
         selector->dateSelect(QDate());
         QCOMPARE(shown(), QStringLiteral("1 items: Pick a date , page 2024-2"));
 
-        // A click opens the calendar at its own size, not a list of one row; an
-        // invalid date leaves it open; a day clicked in it closes it.
+        // A click opens the calendar at its size; an invalid date leaves it open, a day clicked closes it.
         click(selector);
         QTRY_VERIFY(popup->isVisible());
         QVERIFY(popup->window() != &window && popup->window()->width() >= TestEnvironment::scaled(280));
@@ -246,8 +244,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!popup->isVisible());
         QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
 
-        // Clearing goes back to the placeholder and today's page; the selection
-        // in the calendar is the calendar's own.
+        // Clearing goes back to the placeholder and today's page; the calendar keeps its own selection.
         popupCalendar->setSelectedDate(QDate(2019, 11, 3));
         selector->clearDate();
         QCOMPARE(shown(), placeholderOnToday);

@@ -34,10 +34,7 @@ struct Bar
     QWidget* arrow(Arrow which) const { return TestEnvironment::leftToRight<OrvaIconButton>(bar).value(which); }
     QList<OrvaButton*> pageButtons() const { return TestEnvironment::leftToRight<OrvaButton>(bar); }
 
-    /**
-     * The bar as read: first and back five, the pages, next five and last; an
-     * arrow as + or -, a dead page in brackets, the one that looks selected starred.
-     */
+    /** The bar as read: arrows as + or -, a dead page in brackets, the page that looks selected starred. */
     QString shown() const
     {
         auto live = [this](Arrow which) { return arrow(which)->isEnabled() ? '+' : '-'; };
@@ -47,7 +44,8 @@ struct Bar
             const QString text = (page->styleSheet() == selected ? "*" : "") + page->text();
             pages << (page->isEnabled() ? text : '(' + text + ')');
         }
-        return QString("%1%2 %3 %4%5").arg(live(First)).arg(live(Back)).arg(pages.join('|')).arg(live(Next)).arg(live(Last));
+        return QString("%1%2 %3 %4%5").arg(live(First)).arg(live(Back)).arg(pages.join('|'))
+            .arg(live(Next)).arg(live(Last));
     }
 
     /** The footer labels shown, left to right (placed when the layout runs). */
@@ -77,9 +75,8 @@ private Q_SLOTS:
         QCOMPARE(labels.at(1)->text(), QStringLiteral("first"));
         QWidget* refresh = f.arrow(Bar::Refresh);
 
-        // Left to right with the gap before each: first 50 px in, back five, the
-        // pages 4 px apart and centred (-1) between back and next five, last,
-        // 50 px, the labels stacking leftwards from the refresh button, which ends the row.
+        // The gap before each: first 50 px in, back five, pages 4 px apart centred (-1) between back and next
+        // five, last, 50 px, the labels stacking leftwards from the refresh button, which ends the row.
         QList<QWidget*> row{f.arrow(Bar::First), f.arrow(Bar::Back)};
         for (OrvaButton* page : f.pageButtons())
             row << page;
@@ -97,12 +94,11 @@ private Q_SLOTS:
                               refresh->accessibleName()}).join('|'),
                  QStringLiteral("First page|Previous 5 pages|Next 5 pages|Last page|Refresh"));
 
-        // A 29 px strip of 27 px pages, 19 px labels and a 24 px refresh button
-        // kept 2 px below the footer's centre.
+        // A 29 px strip of 27 px pages, 19 px labels and a 24 px refresh button 2 px below the footer's centre.
         QCOMPARE(f.bar->findChild<QWidget*>("PAGINGBARBORDER")->geometry(), QRect(0, 0, f.bar->width(), scaled(29)));
         const QImage strip = f.bar->grab().toImage(); // the theme's rule along its top
-        QCOMPARE(TestEnvironment::pixelAt(strip, QPoint(10, 0)).name() + TestEnvironment::pixelAt(strip, QPoint(10, 5)).name(),
-                 QStringLiteral("#e8eaed#ffffff"));
+        auto colour = [&strip](int y) { return TestEnvironment::pixelAt(strip, QPoint(10, y)).name(); };
+        QCOMPARE(colour(0) + colour(5), QStringLiteral("#e8eaed#ffffff"));
         for (OrvaButton* page : f.pageButtons())
             QVERIFY(page->height() == scaled(27) && page->width() >= scaled(28));
         QCOMPARE(labels.at(0)->height(), scaled(19));
@@ -152,8 +148,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("forward");
         QTest::addColumn<QString>("shown");
 
-        // 20 pages.
-        QTest::newRow("next from 14 goes to 19") << 14 << true << "++ 17|18|*19|20|( ) ++";
+        QTest::newRow("next from 14 of 20 goes to 19") << 14 << true << "++ 17|18|*19|20|( ) ++";
         QTest::newRow("next from 15 lands on the last") << 15 << true << "++ 18|19|*20|( )|( ) --";
         QTest::newRow("next from 16 stops at the last") << 16 << true << "++ 18|19|*20|( )|( ) --";
         QTest::newRow("back from 5 goes to 1") << 5 << false << "-- ( )|( )|*1|2|3 ++";
@@ -186,10 +181,10 @@ private Q_SLOTS:
         f.bar->setFooterText(QStringLiteral("x"));
         QCOMPARE(changed.count(), 0);
 
-        // Each click on a live button tells the host once, the middle page's too;
-        // dead ones (first on page 1, a blank page) say nothing.
-        for (QWidget* button : {f.arrow(Bar::Next), f.arrow(Bar::First), f.arrow(Bar::First),
-                                static_cast<QWidget*>(f.pageButtons().at(0)), static_cast<QWidget*>(f.pageButtons().at(2))})
+        // A live button tells the host once a click, the middle page too; first on page 1 and a blank page not.
+        const QList<OrvaButton*> page = f.pageButtons();
+        QWidget* first = f.arrow(Bar::First);
+        for (QWidget* button : QWidgetList{f.arrow(Bar::Next), first, first, page[0], page[2]})
             click(button);
         QCOMPARE(changed.count(), 3);
         click(f.arrow(Bar::Refresh));
@@ -216,8 +211,7 @@ private Q_SLOTS:
         QCOMPARE(made.at(2)->alignment(), Qt::AlignRight | Qt::AlignVCenter);
         const QPointer<QLabel> second = made.at(1);
 
-        // One text relabels the first label, whose width stays; the rest are hidden
-        // and out of the layout but not deleted (a host may hold them).
+        // One text relabels the first label, width kept; the rest leave the layout, hidden but not deleted.
         f.bar->setFooterText(QStringLiteral("Rows 51-100 of 3000"));
         QCOMPARE(f.labels(), QList<QLabel*>{made.at(2)});
         QCOMPARE(made.at(2)->text(), QStringLiteral("Rows 51-100 of 3000"));
@@ -228,8 +222,7 @@ private Q_SLOTS:
         f.bar->setFooterInfo({QStringLiteral("only"), 70});
         QCOMPARE(made.at(2)->width(), scaled(70));
 
-        // The look of the row's end goes to a first label made while the refresh
-        // button is hidden, and stays with it; labels made before keep theirs.
+        // A first label made while the refresh button is hidden takes the row end's look for good.
         f.bar->setRefreshButtonHidden(true);
         f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
         QVERIFY(f.labels().at(0) != second.data()); // a dropped label stays dropped
