@@ -80,7 +80,7 @@ private Q_SLOTS:
     void initTestCase() { TestEnvironment::installDefaultTheme(); }
     void cleanup();
 
-    void buttonRolesTakeTheirLook();
+    void controlsTakeTheirStyleSheets();
     void iconButtonFollowsThePointer_data();
     void iconButtonFollowsThePointer();
     void iconButtonFromOnePicture();
@@ -106,7 +106,7 @@ void TestControls::cleanup()
     QVERIFY2(!left, "an override cursor was left behind");
 }
 
-void TestControls::buttonRolesTakeTheirLook()
+void TestControls::controlsTakeTheirStyleSheets()
 {
     const char* const keys[6] = {"component.apply_button", "component.cancel_button",
                                  "component.select_paging_button", "component.nonselect_paging_button",
@@ -118,11 +118,9 @@ void TestControls::buttonRolesTakeTheirLook()
         QVERIFY(button.isFlat());
         QCOMPARE(button.sizePolicy(), QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed));
     }
-    QWidget parent;
-    auto* check = new OrvaCheckBox(QStringLiteral("Remember me"), &parent);
-    auto* radio = new OrvaRadioButton(QStringLiteral("Daily"), &parent);
-    QCOMPARE(check->styleSheet(), getStyleSheet("component.checkbox", false));
-    QCOMPARE(radio->styleSheet(), getStyleSheet("component.radio_button", false));
+    QCOMPARE(OrvaCheckBox(QStringLiteral("Remember me")).styleSheet(), getStyleSheet("component.checkbox", false));
+    QCOMPARE(OrvaRadioButton(QStringLiteral("Daily")).styleSheet(), getStyleSheet("component.radio_button", false));
+    QCOMPARE(OrvaLabel().styleSheet(), getStyleSheet("component.label", false));
 }
 
 void TestControls::iconButtonFollowsThePointer_data()
@@ -187,6 +185,7 @@ void TestControls::iconButtonFromOnePicture()
 void TestControls::lineEditTypesValidatesAndShowsErrors()
 {
     OrvaLineEdit edit;
+    QVERIFY(edit.layout()->spacing() == 0 && edit.layout()->contentsMargins().isNull());
     edit.setMargins(3, 5, 7, 11);
     edit.setSpacing(6);
     edit.getPreLabel()->setText(QStringLiteral("Year"));
