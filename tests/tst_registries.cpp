@@ -21,7 +21,7 @@ T atThisScreen(T at72, T at96, T atRatio2)
 {
     if (qgetenv("QT_SCALE_FACTOR") == "2")
         return atRatio2;
-    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 96 ? at96 : at72;
+    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 72 ? at72 : at96;
 }
 
 // A resource folder of the test's own (images.json, images/) and a user
@@ -68,7 +68,11 @@ class TestRegistries : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase()
+    {
+        if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
+            QSKIP("the expected sizes are per screen: run through ctest, which pins it");
+    }
     void lookupsWarnOnMissesOnly_data();
     void lookupsWarnOnMissesOnly();
     void imagesAreScaledForTheScreen();
@@ -76,12 +80,6 @@ private Q_SLOTS:
     void catalogueNamesAndStyleSheetCopies();
     void folderBeforeInitializeAborts();
 };
-
-void TestRegistries::initTestCase()
-{
-    if (!qEnvironmentVariableIsSet("QT_FONT_DPI"))
-        QSKIP("the expected sizes are per screen: run through ctest, which pins it");
-}
 
 void TestRegistries::lookupsWarnOnMissesOnly_data()
 {
@@ -94,13 +92,10 @@ void TestRegistries::lookupsWarnOnMissesOnly()
 {
     QFETCH(bool, silenced);
     ResourceFolder folder;
-    folder.write("images.json", R"({"images": ["pic"]})");
-    folder.writePng("pic", QSize(8, 8));
     UIPathManager paths;
     ComponentStrings strings;
     StyleManager styles;
-    ImageManager before, images;
-    images.initialize(ImageManager::Eager);
+    ImageManager before;
     ImageManager::getInstance()->initialize(ImageManager::Lazy); // the style registry asks it for its folders
     QMap<QString, QString> host{{"today", "Today"}, {"blank", ""}};
 
@@ -120,24 +115,21 @@ void TestRegistries::lookupsWarnOnMissesOnly()
     styles.initialize({folder.resources + "/absent.qss", folder.write("a.qss", "== a ==\nx")});
     const QStringList misses{beforeInstall, strings.getString("today"), missingPath, styles.getStyleSheet("a", true),
                              styles.getStyleSheet("component.none", false), styles.getStyleSheet("component.none", true)};
-    const bool nullImages = before.getImage("pic", ImageManager::Normal).isNull()
-                            && images.getImage("Pic", ImageManager::Normal).isNull();
+    const bool nullImage = before.getImage("pic", ImageManager::Normal).isNull();
     debug_message.setEnabled(QtWarningMsg, true);
 
-    QCOMPARE(QStringList({paths.getPath("k"), paths.getPath("K"), paths.getPath("empty")}),
-             QStringList({"/2", "/upper", ""}));
+    QCOMPARE(QStringList({paths.getPath("k"), paths.getPath("K"), paths.getPath("empty")}), QStringList({"/2", "/upper", ""}));
     QCOMPARE(captions, QStringList({"Today", "", "Today"}));
     QCOMPARE(misses, QStringList({"ok", "today", "", "\nx", "", ""})); // a missing file adds no line feed
-    QVERIFY(!missingPath.isNull() && nullImages);
+    QVERIFY(!missingPath.isNull() && nullImage);
     // The overwrite names the new path, not the one it replaces.
-    QCOMPARE(warnings.messages().join(QLatin1Char('|')),
-             silenced ? QString()
-                      : QStringLiteral("Existing path is \"/2\" with key \"k\" but overwrite it now|"
-                                       "Cannot find path by key \"nowhere\"|Cannot find key in ComponentStrings \"ok\"|"
-                                       "Cannot find key in ComponentStrings \"Today\"|file \"%1/absent.qss\" not exist|"
-                                       "Cannot find key in ComponentStrings \"today\"|Cannot find stylesheet \"component.none\"|Cannot find stylesheet "
-                                       "\"component.none\"|Cannot load pixmap \"pic\"|Cannot load pixmap \"Pic\"")
-                            .arg(folder.resources));
+    const QString expected = QStringLiteral(
+        "Existing path is \"/2\" with key \"k\" but overwrite it now|Cannot find path by key \"nowhere\"|"
+        "Cannot find key in ComponentStrings \"ok\"|Cannot find key in ComponentStrings \"Today\"|"
+        "file \"%1/absent.qss\" not exist|Cannot find key in ComponentStrings \"today\"|"
+        "Cannot find stylesheet \"component.none\"|Cannot find stylesheet \"component.none\"|"
+        "Cannot load pixmap \"pic\"");
+    QCOMPARE(warnings.messages().join(QLatin1Char('|')), silenced ? QString() : expected.arg(folder.resources));
 }
 
 void TestRegistries::imagesAreScaledForTheScreen()
@@ -177,18 +169,17 @@ void TestRegistries::imagesLoadEagerlyOrOnFirstRequest()
     for (int state = 0; state < 4; ++state)
         folder.writePng(files[state], QSize(16, 16), colours[state]);
     folder.writePng("plain", QSize(16, 16));
-    ImageManager eager, lazy, lazyLoaded;
+    ImageManager eager, lazy;
     eager.initialize(ImageManager::Eager);
     lazy.initialize(ImageManager::Lazy);
-    lazyLoaded.initialize(ImageManager::Lazy);
-    const qint64 first = lazyLoaded.getImage("pic", ImageManager::Normal).cacheKey();
-    for (const QString& file : files) // only what was loaded before this remains
+    const qint64 first = lazy.getImage("plain", ImageManager::Normal).cacheKey();
+    for (const QString& file : files + QStringList("plain")) // only what was loaded before this remains
         folder.writePng(file, QSize(20, 20), Qt::yellow);
 
     WarningCollector warnings;
     for (int state = 0; state < 4; ++state)
         QCOMPARE(centreColour(eager.getImage("pic", ImageManager::ImageType(state))), colours[state]);
-    QCOMPARE(lazyLoaded.getImage("pic", ImageManager::Normal).cacheKey(), first);
+    QCOMPARE(lazy.getImage("plain", ImageManager::Normal).cacheKey(), first);
     QCOMPARE(centreColour(lazy.getImage("pic", ImageManager::Hover)), QColor(Qt::yellow));
     QCOMPARE(warnings.count(), 0);
     // A missing state answers the normal picture and warns on every request.
@@ -215,41 +206,23 @@ void TestRegistries::imagesLoadEagerlyOrOnFirstRequest()
 
 void TestRegistries::catalogueNamesAndStyleSheetCopies()
 {
-    // Broken catalogues load nothing and say nothing.
-    for (const QByteArray& catalogue : {QByteArray(), QByteArray(R"({"images": ["pic")"), QByteArray(R"(["pic"])"),
-                                        QByteArray(R"({"images": "pic"})")}) {
-        ResourceFolder folder;
-        if (!catalogue.isNull())
-            folder.write("images.json", catalogue);
-        folder.writePng("pic", QSize(8, 8));
-        ImageManager images;
-        WarningCollector warnings;
-        images.initialize(ImageManager::Eager);
-        QCOMPARE(warnings.count(), 0);
-        QVERIFY2(images.getImage("pic", ImageManager::Normal).isNull(), catalogue.constData());
-    }
-
     // Other elements than strings are empty names, and a NUL byte ends the text.
     ResourceFolder folder;
     folder.write("images.json", R"({"images": ["two words", 1, "two words"], "tmp_images": [" check mark ", null,)"
                                 R"( "two words", "absent"]})" + QByteArray("\0garbage", 8));
-    folder.writePng("two words", QSize(8, 8));
-    folder.writePng("twowords", QSize(8, 8));
-    folder.writePng("checkmark", QSize(40, 40));
+    for (const char* name : {"two words", "twowords", "checkmark"})
+        folder.writePng(name, QSize(8, 8));
     ImageManager images;
     images.initialize(ImageManager::Eager);
     // The widgets' names keep their spaces; the style sheets' lose them.
     WarningCollector warnings;
     QVERIFY(!images.getImage("two words", ImageManager::Normal).isNull());
-    QVERIFY(images.getImage("twowords", ImageManager::Normal).isNull());
-    QCOMPARE(warnings.count(), 1);
+    QVERIFY(images.getImage("twowords", ImageManager::Normal).isNull() && warnings.count() == 1);
     QCOMPARE(images.getTempImageFullPath("checkmark"),
              folder.userData + QLatin1String("/tmp_images") + QDir::separator() + QLatin1String("tmp_checkmark.png"));
-    QCOMPARE(QImage(folder.tmpImage("checkmark")).size(), atThisScreen(QSize(10, 10), QSize(13, 13), QSize(10, 10)));
-    QVERIFY(!QImage(folder.tmpImage("twowords")).isNull());
+    QVERIFY(!QImage(folder.tmpImage("checkmark")).isNull() && !QImage(folder.tmpImage("twowords")).isNull());
     // A missing source still leaves its (empty) copy.
-    QVERIFY(QFileInfo::exists(folder.tmpImage("absent")));
-    QCOMPARE(QFileInfo(folder.tmpImage("absent")).size(), qint64(0));
+    QVERIFY(QFileInfo::exists(folder.tmpImage("absent")) && QFileInfo(folder.tmpImage("absent")).size() == 0);
 }
 
 void TestRegistries::folderBeforeInitializeAborts()

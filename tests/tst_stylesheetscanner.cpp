@@ -4,7 +4,7 @@
 #include "testmain.h"
 
 #include "stylesheetoracle.h"
-#include "warningcollector.h"
+#include "testenvironment.h"
 
 #include <orvacat/orvacat.h>
 
@@ -16,13 +16,6 @@ namespace {
 QString stripBoth(const QString& text)
 {
     return StyleSheetScanner::stripLineComments(StyleSheetScanner::stripBlockComments(text));
-}
-
-QMap<QString, QString> sectionsOf(const QString& text)
-{
-    QMap<QString, QString> sections;
-    StyleSheetScanner::splitSections(text, sections);
-    return sections;
 }
 
 // Random text from the pieces the scanners react to.
@@ -59,15 +52,11 @@ void TestStyleSheetScanner::scalesWorkedValues_data()
     QTest::addColumn<double>("factor");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("12px at 4/3") << "font-size: 12px;" << 4.0 / 3.0 << "font-size: 16px;";
     QTest::newRow("truncated, not rounded") << "10px 1px 2px 1.5px" << 4.0 / 3.0 << "13px 1px 2px 2px";
-    QTest::newRow("0.5px at 2.0") << "0.5px" << 2.0 << "1px";
     QTest::newRow("other units untouched") << "12pt 3em 4% 12PX" << 2.0 << "12pt 3em 4% 12PX";
     QTest::newRow("sign stays in the text") << "margin: -4px;" << 2.0 << "margin: -8px;";
     QTest::newRow(".5px reads 5 after a dot, no word boundary") << "a.5pxb" << 2.0 << "a.10pxb";
-    // A number of four or more characters is found again from its fourth.
-    QTest::newRow("1000px shifts the text") << "a 1000px b 1px c" << 1.0 << "a 1000px b 0px c1px";
-    QTest::newRow("12.5px shifts the text") << "x12.5pxy" << 2.0 << "x25pxy10px";
+    QTest::newRow("1000px is found again from its 4th character") << "a 1000px b 1px c" << 1.0 << "a 1000px b 0px c1px";
     // QRegExp's \d is any decimal digit, but such a number does not parse: 0.
     QTest::newRow("other scripts' digits read as 0") << "a ١٢px 1٢px ９px b" << 2.0 << "a 0px 0px 0px b";
     QTest::newRow("other numerals are not digits") << "²px 𝟏px Ⅻpx" << 2.0 << "²px 𝟏px Ⅻpx";
@@ -94,33 +83,24 @@ void TestStyleSheetScanner::agreesWithRegExpOnGeneratedText()
     for (int i = 0; i < 5000; ++i) {
         const QString text = generate(random, 1 + random.bounded(50));
         const double factor = factors[i % 5];
-        const QString scaled = StyleSheetScanner::scalePixelLengths(text, factor);
-        if (scaled != Oracle::scalePixelLengths(text, factor))
-            QFAIL(qPrintable(QStringLiteral("scaling at %1: %2 gave %3").arg(factor).arg(text, scaled)));
+        QCOMPARE(StyleSheetScanner::scalePixelLengths(text, factor), Oracle::scalePixelLengths(text, factor));
         QCOMPARE(stripBoth(text), Oracle::stripComments(text));
-        QCOMPARE(sectionsOf(text), Oracle::splitSections(text));
+        QMap<QString, QString> sections;
+        StyleSheetScanner::splitSections(text, sections);
+        QCOMPARE(sections, Oracle::splitSections(text));
         const QString& temp = tempFolders.at(i % tempFolders.size());
         const QString& image = imageFolders.at(i % imageFolders.size());
         QCOMPARE(StyleSheetScanner::replacePlaceholders(text, temp, image),
                  QString(text).replace(QLatin1String("TMPIMG_LOC"), temp).replace(QLatin1String("IMG_LOC"), image));
     }
-    // The screen's own factor, through the registry's entry point.
-    const QString sheet = generate(random, 400);
-    QCOMPARE(DPIinfo::getInstance()->getScaledStyleSheet(sheet),
-             Oracle::scalePixelLengths(sheet, DPIinfo::getInstance()->getDPI()));
 }
 
 void TestStyleSheetScanner::styleFilesAgreeWithRegExpEndToEnd()
 {
     // Whole files, read from disk with their carriage returns and NUL bytes,
     // into one registry: each initialize adds its sections, later ones win.
+    TestEnvironment::installDefaultTheme(); // the style registry asks the image registry for its folders
     QTemporaryDir dir;
-    {
-        WarningCollector overwrites;
-        UIPathManager::getInstance()->setPath(QStringLiteral("resource_path"), dir.path());
-        UIPathManager::getInstance()->setPath(QStringLiteral("user_data_path"), dir.path());
-        ImageManager::getInstance()->initialize(ImageManager::Lazy);
-    }
     ImageManager* images = ImageManager::getInstance();
     const double factor = DPIinfo::getInstance()->getDPI();
     StyleManager styles;
@@ -148,17 +128,11 @@ void TestStyleSheetScanner::styleFilesAgreeWithRegExpEndToEnd()
 
 void TestStyleSheetScanner::longInputsStayLinear()
 {
-    // A megabyte of digits, of an unclosed comment and of '=' lines: one
-    // pass each, not a search restarted at every character (which would
-    // run into the runner's timeout).
+    // One pass each, not a search restarted at every character (the runner's timeout would end that).
     const QString digits(1 << 20, QLatin1Char('1'));
     QCOMPARE(StyleSheetScanner::scalePixelLengths(digits, 2.0), digits);
     const QString openComment = QLatin1String("/*") + QString(1 << 20, QLatin1Char('/'));
     QCOMPARE(stripBoth(openComment), openComment);
-    QString equals;
-    for (int i = 0; i < (1 << 16); ++i)
-        equals += QLatin1String("x==\n");
-    QVERIFY(sectionsOf(equals).isEmpty());
 }
 
 ORVACAT_TEST_MAIN(TestStyleSheetScanner)
