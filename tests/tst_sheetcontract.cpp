@@ -1,0 +1,359 @@
+// What every modal message of the toolkit promises, whatever its kind: keys
+// and clicks answer it, the first answer wins, tearing it down mid-run ends
+// the run, the window cannot be closed under it (on X11 it loses its close
+// button too), nested runs answer in order, and the focus stays inside.
+
+#include "testmain.h"
+#include "testenvironment.h"
+#include "modalrun.h"
+#include "motifhints.h"
+
+#include <orvacat/messagehelpers.h>
+#include <orvacat/orvacountdownmessagebox.h>
+#include <orvacat/orvainputsheet.h>
+#include <orvacat/orvamask.h>
+#include <orvacat/orvamessagesheet.h>
+
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QWindow>
+
+#include <memory>
+
+using namespace ModalRun;
+
+namespace {
+
+constexpr int Ok = QMessageBox::Ok;
+constexpr int Cancel = QMessageBox::Discard;
+
+enum Kind { MessageSheet, InputSheet, HelperSheet, CountdownBox };
+/** What is done once the keys are pressed. */
+enum Action { None, ClickOk, ClickCancel, AnswerTwice, DeleteIt, DeleteWindow };
+const char* const kindNames[] = {"message sheet", "input sheet", "helper sheet", "countdown box"};
+
+bool onX11()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+/** Whether the window manager may offer "close" for @p window. */
+bool allowsClose(QWidget* window)
+{
+    return MotifHintsReader::readMotifHints(window->windowHandle()->winId()).allowsClose();
+}
+
+/**
+ * One modal message of a kind over a host window: a sheet laid over a mask,
+ * the confirm helper's sheet face, or a countdown box too long to answer
+ * itself during a test.
+ */
+class Modal
+{
+public:
+    Modal(Kind kind, QWidget* window)
+        : m_window(window)
+    {
+        const QColor dim(0, 0, 0, 20);
+        if (kind == MessageSheet) {
+            auto* sheet = new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, QStringLiteral("Go?"),
+                                               QStringLiteral("Details"), window);
+            OrvaMask::createMask(sheet, window, dim);
+            m_own = sheet;
+            m_exec = [sheet]() { return sheet->exec(); };
+        } else if (kind == InputSheet) {
+            auto* sheet = new OrvaInputSheet(QStringLiteral("Name"), window);
+            OrvaMask::createMask(sheet, window, dim);
+            m_own = sheet;
+            m_exec = [sheet]() { return sheet->exec(); };
+        } else if (kind == CountdownBox) {
+            auto* box = new OrvaCountdownMessageBox(600, window);
+            m_own = box;
+            m_exec = [box]() { return box->exec(); };
+        } else {
+            m_exec = [window]() { return showConfirmMsg(QStringLiteral("Title"), QStringLiteral("Sure?"), window); };
+        }
+    }
+    ~Modal() { delete m_own.data(); }
+
+    /** The sheet or box; the helper's only while it is up (the newest, when they nest). */
+    QWidget* widget() const
+    {
+        QWidget* newest = m_own;
+        for (OrvaMessageSheet* sheet : m_own || !m_window ? QList<OrvaMessageSheet*>() : m_window->findChildren<OrvaMessageSheet*>())
+            newest = sheet->isVisible() ? sheet : newest;
+        return newest;
+    }
+    /** Where the user's keys and close requests arrive: the host window, or the box's own. */
+    QWidget* window() const { return qobject_cast<QMessageBox*>(m_own) ? m_own.data() : m_window.data(); }
+    int exec() { return m_exec(); }
+    void done(int result)
+    {
+        if (QWidget* target = widget())
+            QMetaObject::invokeMethod(target, "done", Q_ARG(int, result));
+    }
+    void press(Qt::Key key) { QTest::keyClick(window(), key); }
+    void click(int which)
+    {
+        QAbstractButton* button = widget()->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::StandardButton(which));
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+    }
+    /** A run with @p action queued into its loop and a watchdog that ends it. */
+    int run(std::function<void()> action)
+    {
+        return ModalRun::run(m_exec, std::move(action), [this]() { done(0); });
+    }
+
+private:
+    QPointer<QWidget> m_window;
+    QPointer<QWidget> m_own;
+    std::function<int()> m_exec;
+};
+
+/** Remembers the keys that reach the object it watches. */
+class KeyRecorder : public QObject
+{
+public:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress)
+            keys << static_cast<QKeyEvent*>(event)->key();
+        return QObject::eventFilter(watched, event);
+    }
+    QList<int> keys;
+};
+
+} // namespace
+
+class TestSheetContract : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void answers_data();
+    void answers();
+    void windowBlockedUntilLastRunEnds_data();
+    void windowBlockedUntilLastRunEnds();
+    void focusStaysInside_data();
+    void focusStaysInside();
+
+private:
+    QWidget* m_window = nullptr;
+};
+
+void TestSheetContract::initTestCase()
+{
+    TestEnvironment::installDefaultTheme();
+    if (onX11() && QStandardPaths::findExecutable(QStringLiteral("xprop")).isEmpty())
+        QSKIP("Reading the close button under X11 needs xprop");
+}
+
+void TestSheetContract::init()
+{
+    m_window = new QWidget;
+    m_window->setObjectName(QStringLiteral("window"));
+    m_window->resize(TestEnvironment::scaled(900), TestEnvironment::scaled(600));
+    m_window->show();
+    // Not judged active: under a bare X server no window manager activates it.
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+}
+
+void TestSheetContract::cleanup()
+{
+    delete m_window;
+    m_window = nullptr;
+    QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
+}
+
+void TestSheetContract::answers_data()
+{
+    // The keys pressed at the window (all but the last leave the run going),
+    // then what the user or the host does; what exec() returns.
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QList<int>>("keys");
+    QTest::addColumn<int>("action");
+    QTest::addColumn<int>("expected");
+    for (Kind kind : {MessageSheet, InputSheet, HelperSheet, CountdownBox}) {
+        const QByteArray name(kindNames[kind]);
+        // The box has no escape button, and Space is its focused button's business.
+        const QList<int> thenReturn = kind == CountdownBox ? QList<int>{Qt::Key_Return} : QList<int>();
+        QTest::newRow(name + ", return") << int(kind) << QList<int>{Qt::Key_Return} << int(None) << Ok;
+        QTest::newRow(name + ", enter") << int(kind) << QList<int>{Qt::Key_Enter} << int(None) << Ok;
+        QTest::newRow(name + ", space") << int(kind) << (QList<int>{Qt::Key_Space} + thenReturn) << int(None) << Ok;
+        QTest::newRow(name + ", escape") << int(kind) << (QList<int>{Qt::Key_Escape} + thenReturn) << int(None)
+                                         << (thenReturn.isEmpty() ? Cancel : Ok);
+        QTest::newRow(name + ", other keys swallowed")
+            << int(kind) << QList<int>{Qt::Key_A, Qt::Key_Down, Qt::Key_F1, Qt::Key_Return} << int(None) << Ok;
+        QTest::newRow(name + ", click ok") << int(kind) << QList<int>() << int(ClickOk) << Ok;
+        QTest::newRow(name + ", click cancel") << int(kind) << QList<int>() << int(ClickCancel) << Cancel;
+        // A QMessageBox reports every done() and returns the last: the box's
+        // own guard is that its count never answers after the user did.
+        if (kind != CountdownBox)
+            QTest::newRow(name + ", first answer wins") << int(kind) << QList<int>() << int(AnswerTwice) << Ok;
+        QTest::newRow(name + " deleted") << int(kind) << QList<int>() << int(DeleteIt) << 0;
+        QTest::newRow(name + ", window destroyed") << int(kind) << QList<int>() << int(DeleteWindow) << 0;
+    }
+}
+
+void TestSheetContract::answers()
+{
+    QFETCH(int, kind);
+    QFETCH(QList<int>, keys);
+    QFETCH(int, action);
+    QFETCH(int, expected);
+    // Installed before the sheet's own filter, the recorder sees only the
+    // keys that the sheet lets through to the window.
+    KeyRecorder recorder;
+    m_window->installEventFilter(&recorder);
+    QPointer<QWidget> window = m_window;
+    Modal modal(Kind(kind), m_window);
+    std::unique_ptr<QSignalSpy> finished;
+    QPointer<QWidget> shown;
+    bool upUntilLast = true;
+    QCOMPARE(modal.run([&]() {
+                 shown = modal.widget();
+                 finished.reset(new QSignalSpy(shown, SIGNAL(finished(int))));
+                 for (int key : keys) {
+                     QCoreApplication::processEvents();
+                     upUntilLast = upUntilLast && shown && shown->isVisible() && finished->isEmpty();
+                     modal.press(Qt::Key(key));
+                 }
+                 if (action == ClickOk || action == ClickCancel)
+                     modal.click(action == ClickOk ? Ok : Cancel);
+                 if (action == AnswerTwice) {
+                     // A second run of a running sheet answers 0 at once and ends nothing.
+                     upUntilLast = (kind == HelperSheet || modal.exec() == 0) && shown->isVisible();
+                     modal.done(Ok);
+                     modal.done(Cancel);
+                 }
+                 if (action == DeleteIt)
+                     shown->deleteLater();
+                 if (action == DeleteWindow)
+                     delete window.data();
+             }),
+             expected);
+    QVERIFY(upUntilLast);
+    QVERIFY(finished && finished->isValid());
+    // Torn down, it reports nothing; answered, it reports its answer once.
+    QCOMPARE(finished->count(), expected ? 1 : 0);
+    QCOMPARE(finished->value(0).value(0, expected).toInt(), expected);
+    QVERIFY(action < DeleteIt ? !shown || !shown->isVisible() : shown.isNull());
+    QCOMPARE(recorder.keys, QList<int>());
+    QCOMPARE(window.isNull(), action == DeleteWindow);
+    // A window that lives on is free to close.
+    QVERIFY(!window || window->close());
+    m_window = window;
+}
+
+void TestSheetContract::windowBlockedUntilLastRunEnds_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<bool>("x11");
+    for (Kind kind : {MessageSheet, InputSheet, HelperSheet, CountdownBox}) {
+        QTest::newRow(kindNames[kind]) << int(kind) << false;
+        // The box is a window of its own: the host's close button is not its business.
+        if (kind != CountdownBox)
+            QTest::newRow(QByteArray(kindNames[kind]) + ", X11 close button") << int(kind) << true;
+    }
+}
+
+void TestSheetContract::windowBlockedUntilLastRunEnds()
+{
+    QFETCH(int, kind);
+    QFETCH(bool, x11);
+    if (x11 && !onX11())
+        QSKIP("Reads the close button from an X server: runs under xvfb-run on xcb");
+    QVERIFY(!x11 || allowsClose(m_window));
+    // Blocked: a close request is refused, and under X11 no close button is offered.
+    const auto blocked = [x11](QWidget* window) {
+        return !window->close() && window->isVisible() && (!x11 || !allowsClose(window));
+    };
+    Modal outer(Kind(kind), m_window);
+    bool blockedDuringOuter = false;
+    bool blockedDuringInner = false;
+    bool blockedAfterInner = false;
+    int innerResult = -1;
+    std::unique_ptr<QSignalSpy> outerFinished;
+    QCOMPARE(outer.run([&]() {
+                 QPointer<QWidget> outerWidget = outer.widget();
+                 outerFinished.reset(new QSignalSpy(outerWidget, SIGNAL(finished(int))));
+                 blockedDuringOuter = blocked(outer.window());
+                 Modal inner(Kind(kind), m_window);
+                 innerResult = inner.run([&]() {
+                     blockedDuringInner = blocked(inner.window());
+                     // The newest run takes the key.
+                     inner.press(Qt::Key_Return);
+                 });
+                 blockedAfterInner = outerWidget->isVisible() && outerFinished->isEmpty() && blocked(outer.window());
+                 outer.click(Cancel);
+             }),
+             Cancel);
+    QCOMPARE(innerResult, Ok);
+    QVERIFY(blockedDuringOuter);
+    QVERIFY(blockedDuringInner);
+    QVERIFY(blockedAfterInner);
+    QCOMPARE(outerFinished->count(), 1);
+    // Free again once the last run ended.
+    QVERIFY(!x11 || allowsClose(m_window));
+    QVERIFY(m_window->close());
+}
+
+void TestSheetContract::focusStaysInside_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("stops");
+    // Text, details, Ok, cancel; or the buttons alone.
+    QTest::newRow(kindNames[MessageSheet]) << int(MessageSheet) << 4;
+    QTest::newRow(kindNames[HelperSheet]) << int(HelperSheet) << 3;
+    QTest::newRow(kindNames[CountdownBox]) << int(CountdownBox) << 2;
+}
+
+void TestSheetContract::focusStaysInside()
+{
+    QFETCH(int, kind);
+    QFETCH(int, stops);
+    // Focusable neighbours on both sides of the sheet in the window's focus chain.
+    (new QPushButton(QStringLiteral("Before"), m_window))->show();
+    Modal modal(Kind(kind), m_window);
+    (new QPushButton(QStringLiteral("After"), m_window))->show();
+    QList<QWidget*> forward;
+    QList<QWidget*> backward;
+    bool allInside = true;
+    QCOMPARE(modal.run([&]() {
+                 // Keys go where the focus of the sheet's window is, as the user types them.
+                 const auto step = [&](Qt::Key key, QList<QWidget*>& into) {
+                     QWidget* window = modal.window();
+                     QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, key);
+                     into << window->focusWidget();
+                     allInside = allInside && isInside(into.last(), modal.widget());
+                 };
+                 forward << modal.window()->focusWidget();
+                 for (int i = 0; i < 2 * stops; ++i)
+                     step(Qt::Key_Tab, forward);
+                 backward << forward.last();
+                 for (int i = 0; i < 2 * stops; ++i)
+                     step(Qt::Key_Backtab, backward);
+                 modal.done(0);
+             }),
+             0);
+    QVERIFY(allInside);
+    // Tab walks the stops round and round; Backtab walks them the other way.
+    const QList<QWidget*> round = forward.mid(0, stops);
+    QCOMPARE(QSet<QWidget*>(round.begin(), round.end()).size(), stops);
+    for (int i = 0; i <= 2 * stops; ++i) {
+        QCOMPARE(forward.at(i), round.at(i % stops));
+        QCOMPARE(backward.at(i), round.at((2 * stops - i) % stops));
+    }
+}
+
+ORVACAT_TEST_MAIN(TestSheetContract)
+
+#include "tst_sheetcontract.moc"
