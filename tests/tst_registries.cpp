@@ -1,17 +1,13 @@
 // The registries every widget consults: paths, strings, screen scaling,
 // images and style sheets, with the warnings they write.
 
+#include "testmain.h"
 #include "warningcollector.h"
 
 #include <orvacat/orvacat.h>
 
-#include <QApplication>
-#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QtTest>
-
-#include <cstdio>
 
 namespace {
 
@@ -227,25 +223,21 @@ void TestRegistries::catalogueNamesAndStyleSheetCopies()
 
 void TestRegistries::folderBeforeInitializeAborts()
 {
+    if (qEnvironmentVariableIsSet("ORVACAT_ASK_FOLDER")) {
+        ImageManager().getImageFolder(); // in the child: ends the process
+        return;
+    }
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--folder-before-initialize")});
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("ORVACAT_ASK_FOLDER", "1");
+    child.setProcessEnvironment(environment);
+    child.setProcessChannelMode(QProcess::MergedChannels);
+    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("folderBeforeInitializeAborts")});
     QVERIFY(child.waitForFinished(60000));
     QCOMPARE(child.exitStatus(), QProcess::CrashExit);
-    const QString errors = QString::fromLocal8Bit(child.readAllStandardError());
-    QVERIFY2(errors.contains(QLatin1String("ImageManager is not initialized")), qPrintable(errors));
-    QCOMPARE(child.readAllStandardOutput(), QByteArray());
+    const QString output = QString::fromLocal8Bit(child.readAll());
+    QVERIFY2(output.contains("ImageManager is not initialized") && !output.contains("Totals"), qPrintable(output));
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    if (app.arguments().value(1) == QLatin1String("--folder-before-initialize")) {
-        // Asking for a folder before initialize ends the process.
-        std::printf("%s\n", qPrintable(ImageManager().getImageFolder()));
-        return 0;
-    }
-    TestRegistries test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+ORVACAT_TEST_MAIN(TestRegistries)
 #include "tst_registries.moc"
