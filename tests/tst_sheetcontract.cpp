@@ -143,6 +143,8 @@ private Q_SLOTS:
     void windowBlockedUntilLastRunEnds();
     void focusStaysInside_data();
     void focusStaysInside();
+    void dismissedSheetStillEnds_data();
+    void dismissedSheetStillEnds();
 
 private:
     QWidget* m_window = nullptr;
@@ -351,6 +353,44 @@ void TestSheetContract::focusStaysInside()
     for (int i = 0; i <= 2 * stops; ++i) {
         QCOMPARE(forward.at(i), round.at(i % stops));
         QCOMPARE(backward.at(i), round.at((2 * stops - i) % stops));
+    }
+}
+
+void TestSheetContract::dismissedSheetStillEnds_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::newRow(kindNames[MessageSheet]) << int(MessageSheet);
+    QTest::newRow(kindNames[InputSheet]) << int(InputSheet);
+}
+
+void TestSheetContract::dismissedSheetStillEnds()
+{
+    QFETCH(int, kind);
+    Modal modal(Kind(kind), m_window);
+    QSignalSpy finished(modal.widget(), SIGNAL(finished(int)));
+    QVERIFY(finished.isValid());
+    // Never shown, and told to end all the same: it reports the end, once.
+    modal.done(0);
+    modal.done(Ok);
+    QCOMPARE(finished.count(), 1);
+    QCOMPARE(finished.at(0).at(0).toInt(), 0);
+
+    // Shown without a run and hidden by someone else before it is answered:
+    // the answer must still free the window and its close button.
+    for (bool byClose : {false, true}) {
+        if (kind == MessageSheet)
+            static_cast<OrvaMessageSheet*>(modal.widget())->showSheetWithBlock();
+        else
+            static_cast<OrvaInputSheet*>(modal.widget())->showSheet();
+        QVERIFY(!m_window->close());
+        QVERIFY(byClose ? modal.widget()->close() : (modal.widget()->hide(), true));
+        modal.done(Ok);
+        QCOMPARE(finished.count(), 2 + int(byClose));
+        QCOMPARE(finished.last().at(0).toInt(), Ok);
+        QVERIFY(!onX11() || allowsClose(m_window));
+        QVERIFY(m_window->close());
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window));
     }
 }
 

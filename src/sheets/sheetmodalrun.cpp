@@ -50,7 +50,10 @@ int SheetModalRun::exec()
 
 bool SheetModalRun::finish(int result)
 {
-    if (m_running ? m_exitRequested : m_sheet->isHidden())
+    // Whatever hid the sheet meanwhile, this showing still holds the window
+    // (its close refused, maybe its close button taken): only an ending
+    // gives it back, so only an earlier ending makes this one a no-op.
+    if (m_exitRequested)
         return false;
     m_exitRequested = true;
 

@@ -41,9 +41,8 @@ public:
     /**
      * Ends this showing: gives the close button back, ends the loop with
      * @p result and stops watching the window. Returns false, doing nothing,
-     * when the showing has been ended already (or the sheet is hidden and
-     * not running); the caller hides the sheet and reports the end only on
-     * true.
+     * when this showing has been ended already; a sheet never shown ends
+     * once too. The caller hides the sheet and reports the end only on true.
      */
     bool finish(int result);
     /** To be called from the sheet's destructor. */
@@ -64,7 +63,7 @@ private:
     void* m_closeButtonState;
     // Whether exec() is inside its loop, and whether this showing has been
     // ended already (a second finish() must not change what the running
-    // exec() returns, nor report the end twice).
+    // exec() returns, nor report the end twice), hidden or not.
     bool m_running;
     bool m_exitRequested;
     // The window whose close button this showing took away, and the window
