@@ -22,9 +22,10 @@ QString stripBoth(const QString& text)
 QString generate(QRandomGenerator& random, int tokens)
 {
     static const char* const parts[] = {
-        "0", "1", "7", "12", "99", "1000", "98765432109876543210", ".", ".5", "px", "PX", "p", "x",
-        "/*", "*/", "*", "/", "//", "\n", "\r\n", "\r", "==", "= ", " ", "{", "}", ";", "-", "\t", "é",
-        "١", "٢٣", "۴", "१", "９", "²", "𝟏", "IMG_LOC", "TMPIMG_LOC", "TMP", "== component.label ==", "border: 1px solid;", "url(IMG_LOC/x.png)",
+        "0", "1", "7", "12", "99", "1000", "98765432109876543210", ".", ".5", "px", "PX", "p", "x", "-",
+        "/*", "*/", "*", "/", "//", "\n", "\r\n", "\r", "==", "= ", " ", "{", "}", ";", "\t", "é",
+        "١", "٢٣", "۴", "१", "９", "²", "𝟏", // other scripts' decimal digits, and numerals that are not
+        "IMG_LOC", "TMPIMG_LOC", "TMP", "== component.label ==", "border: 1px solid;", "url(IMG_LOC/x.png)",
     };
     QString text;
     for (int i = 0; i < tokens; ++i)
