@@ -143,6 +143,7 @@ private Q_SLOTS:
     void helperFaces();
     void maskCoversFollowsAndStaysOnTop();
     void frameBandAndShadow();
+    void textKeepsTheUsersWords();
 
 private:
     QWidget* m_window = nullptr;
@@ -598,6 +599,18 @@ void TestSheets::frameBandAndShadow()
         QVERIFY2(shown.red() < background.red() - 15 && shown.blue() < background.blue() - 15,
                  qPrintable(QStringLiteral("(%1,%2) %3").arg(point.x()).arg(point.y()).arg(shown.name())));
     }
+}
+
+void TestSheets::textKeepsTheUsersWords()
+{
+    // Only the line height follows the screen: 24 and 20 pixels are 32 and 26 at 4/3.
+    const QString words = QStringLiteral("Icons must be 16px wide");
+    const QString paragraph = QStringLiteral("<p style='line-height: %1px;'>%2</p>");
+    OrvaMessageSheet sheet(OrvaMessageSheet::WarningMessage, words, words, m_window);
+    OrvaInputSheet input(words, m_window);
+    QCOMPARE(labels(&sheet).value(0)->text(), paragraph.arg(atScreen(24, 32)).arg(words));
+    QCOMPARE(labels(&sheet).value(1)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
+    QCOMPARE(labels(&input).value(0)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
 }
 
 ORVACAT_TEST_MAIN(TestSheets)

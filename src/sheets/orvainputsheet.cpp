@@ -116,8 +116,9 @@ OrvaInputSheet::~OrvaInputSheet()
 
 void OrvaInputSheet::setText(const QString& text)
 {
-    d->label->setText(DPIinfo::getInstance()->getScaledStyleSheet(
-        QStringLiteral("<p style='line-height: 20px;'>%1</p>").arg(text)));
+    // The template is scaled before the prompt goes in: the user's words stay as written.
+    d->label->setText(
+        DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral("<p style='line-height: 20px;'>%1</p>")).arg(text));
     d->label->setWordWrap(true);
     d->label->setAlignment(Qt::AlignTop);
     d->label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);

@@ -21,10 +21,12 @@
 
 namespace {
 
+// Only the paragraph's own line height is scaled: the user's words are
+// inserted afterwards, so that "16px" in a message stays "16px".
 QString scaledParagraph(int lineHeight, const QString& text)
 {
-    return DPIinfo::getInstance()->getScaledStyleSheet(
-        QStringLiteral("<p style='line-height: %1px;'>%2</p>").arg(lineHeight).arg(text));
+    const QString paragraph = QStringLiteral("<p style='line-height: %1px;'>").arg(lineHeight) + QStringLiteral("%1</p>");
+    return DPIinfo::getInstance()->getScaledStyleSheet(paragraph).arg(text);
 }
 
 } // namespace
