@@ -460,13 +460,16 @@ void TestSheets::helperFaces()
     QFETCH(QStringList, buttons);
     QFETCH(QString, boxStyle);
     QFETCH(int, icon);
+    // Asked from a small button, as hosts do: the sheet is the window's.
+    auto* button = new QPushButton(QStringLiteral("?"), m_window);
+    button->setGeometry(10, 10, 27, 27);
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
     QStringList seen;
     QString texts;
     QStringList face;
     bool upUntilLast = true;
-    QCOMPARE(runHelper(helper, box ? nullptr : m_window, [&]() {
+    QCOMPARE(runHelper(helper, box ? nullptr : button, [&]() {
                  const auto message = [&]() -> QWidget* {
                      return box ? QApplication::activeModalWidget() : shownSheet(m_window);
                  };
@@ -481,7 +484,7 @@ void TestSheets::helperFaces()
                  if (auto* messageBox = qobject_cast<QMessageBox*>(shown))
                      face << messageBox->windowTitle() << messageBox->styleSheet() << QString::number(messageBox->icon());
                  else
-                     face << QString::number(shown->parentWidget()->geometry() == m_window->rect())
+                     face << QString::number(shown->width()) << QString::number(shown->parentWidget()->geometry() == m_window->rect())
                           << shown->parentWidget()->palette().color(QPalette::Window).name(QColor::HexArgb)
                           << TestEnvironment::visibleTopLevels().join(QLatin1Char(','));
                  for (int key : keys) {
@@ -499,13 +502,14 @@ void TestSheets::helperFaces()
     QVERIFY(texts.contains(message));
     QCOMPARE(texts.contains(details), helper == WarningDetails);
     // The box carries the title and the toolkit's styles; the sheet, no title
-    // but a faint mask over its window and no window of its own.
+    // but the window's width (a 900-pixel window's: 540, 720 at 4/3), a faint
+    // mask over the window and no window of its own.
     QStringList wanted{getStyleSheet("component.apply_button", false), getStyleSheet("component.cancel_button", false)};
     wanted = wanted.mid(0, buttons.size());
     if (box)
         wanted << title << getStyleSheet(boxStyle, false) << QString::number(icon);
     else
-        wanted << QStringLiteral("1") << QStringLiteral("#14000000") << QStringLiteral("QWidget:window");
+        wanted << QString::number(atScreen(540, 720)) << QStringLiteral("1") << QStringLiteral("#14000000") << QStringLiteral("QWidget:window");
     QCOMPARE(face, wanted);
     QCOMPARE(texts.contains(title), false);
     QVERIFY(m_window->findChildren<OrvaMessageSheet*>().isEmpty());

@@ -14,8 +14,10 @@ namespace {
 const QColor maskColour(0, 0, 0, 20);
 
 /**
- * Runs a message sheet over a mask covering @p parent's window. The sheet is
- * a child of that window: if the window goes away during the run, the sheet
+ * Runs a message sheet over a mask covering @p parent's window. The callers
+ * build the sheet on that window rather than on @p parent: hosts pass the
+ * widget they are in, often a small button, and a sheet takes its width from
+ * the widget it is built on. If the window goes away during the run, the sheet
  * goes with it and the answer is 0.
  */
 int execSheet(OrvaMessageSheet* sheet, QWidget* parent)
@@ -64,7 +66,7 @@ int execBox(QMessageBox::Icon icon, const QString& title, const QString& text, c
 void showInfoMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, text, parent), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, text, parent->window()), parent);
         return;
     }
     execBox(QMessageBox::Information, title, text, QString(), QMessageBox::Ok, "component.info_message_box",
@@ -74,7 +76,7 @@ void showInfoMsg(const QString& title, const QString& text, QWidget* parent)
 void showWarningMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, parent), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, parent->window()), parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, QString(), QMessageBox::Ok, "component.warning_message_box",
@@ -84,7 +86,7 @@ void showWarningMsg(const QString& title, const QString& text, QWidget* parent)
 void showWarningMsg(const QString& title, const QString& text, const QString& informativeText, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent->window()), parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, informativeText, QMessageBox::Ok, "component.warning_message_box",
@@ -100,7 +102,7 @@ int showConfirmMsgCustomBtn(const QString& title, const QString& text, const Msg
                             QWidget* parent)
 {
     if (parent)
-        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent), parent);
+        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent->window()), parent);
     return execBox(QMessageBox::Question, title, text, QString(), QMessageBox::Ok | QMessageBox::Cancel,
                    "component.confirm_message_box", captions);
 }
@@ -108,7 +110,7 @@ int showConfirmMsgCustomBtn(const QString& title, const QString& text, const Msg
 void showUpgradingMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::UpgradeMessage, text, parent), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::UpgradeMessage, text, parent->window()), parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, QString(), QMessageBox::Ok, "component.upgrading_message_box",
