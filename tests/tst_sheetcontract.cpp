@@ -312,8 +312,9 @@ void TestSheetContract::focusStaysInside_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<int>("stops");
-    // Text, details, Ok, cancel; or the buttons alone.
+    // Text, details, Ok, cancel; the field and the buttons; or the buttons alone.
     QTest::newRow(kindNames[MessageSheet]) << int(MessageSheet) << 4;
+    QTest::newRow(kindNames[InputSheet]) << int(InputSheet) << 3;
     QTest::newRow(kindNames[HelperSheet]) << int(HelperSheet) << 3;
     QTest::newRow(kindNames[CountdownBox]) << int(CountdownBox) << 2;
 }

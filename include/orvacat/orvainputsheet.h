@@ -18,7 +18,8 @@ class OrvaInputSheetPrivate;
  * like OrvaMessageSheet (construct it with the widget it belongs to, at most
  * 480 logical pixels wide) and run the same way with exec(); read the text
  * with getContent() afterwards. Return or Enter reaching the window clicks
- * Ok, Escape clicks cancel; Tab is not kept inside the sheet.
+ * Ok, Escape clicks cancel; Tab and Backtab go round the line edit and the
+ * buttons, never on to the window behind.
  */
 class ORVACAT_EXPORT OrvaInputSheet : public OrvaSheet
 {

@@ -41,6 +41,33 @@ void OrvaInputSheetPrivate::initialize()
     q->setStyleSheet(getStyleSheet("component.message_sheet_other", false));
     QObject::connect(buttonBox, &QDialogButtonBox::clicked, q, &OrvaInputSheet::buttonClick, Qt::UniqueConnection);
     setupLayout();
+    // Tab on these must go round the sheet, not on to the window behind the mask.
+    for (QWidget* stop : focusStops())
+        stop->installEventFilter(q);
+}
+
+QList<QWidget*> OrvaInputSheetPrivate::focusStops() const
+{
+    QList<QWidget*> stops{lineEdit};
+    for (QMessageBox::StandardButton which : {QMessageBox::Ok, QMessageBox::Discard}) {
+        if (QPushButton* stop = button(which))
+            stops << stop;
+    }
+    return stops;
+}
+
+bool OrvaInputSheetPrivate::focusNextStop(QWidget* from, bool backward)
+{
+    const QList<QWidget*> stops = focusStops();
+    if (!stops.contains(from))
+        return false;
+    // The window's focus chain gives the order; only the sheet's stops count.
+    QWidget* next = from;
+    do
+        next = backward ? next->previousInFocusChain() : next->nextInFocusChain();
+    while (next != from && !(stops.contains(next) && next->isVisible() && next->isEnabled()));
+    next->setFocus(Qt::TabFocusReason);
+    return true;
 }
 
 void OrvaInputSheetPrivate::setupLayout()
@@ -199,11 +226,17 @@ bool OrvaInputSheet::eventFilter(QObject* watched, QEvent* event)
 {
     if (SheetModalRun::refusesClose(m_blockWindowButton, event))
         return true;
-    if (event->type() != QEvent::KeyPress || watched != window())
+    if (event->type() != QEvent::KeyPress)
         return false;
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (watched != window()) {
+        const bool tab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
+        return tab && watched->isWidgetType()
+            && d->focusNextStop(static_cast<QWidget*>(watched),
+                                key->key() == Qt::Key_Backtab || (key->modifiers() & Qt::ShiftModifier));
+    }
 
-    // Tab included: the input sheet leaves the focus where it is.
-    SheetModalRun::answerKey(static_cast<QKeyEvent*>(event)->key(), d->button(QMessageBox::Ok),
-                             d->button(QMessageBox::Discard));
+    // At the window itself every key is the sheet's, Tab included.
+    SheetModalRun::answerKey(key->key(), d->button(QMessageBox::Ok), d->button(QMessageBox::Discard));
     return true;
 }

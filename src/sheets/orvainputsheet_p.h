@@ -12,6 +12,7 @@
 
 #include "sheetmodalrun_p.h"
 
+#include <QList>
 #include <QObject>
 
 class MessageLabel;
@@ -30,6 +31,10 @@ public:
     int getPreferredWidth();
     void setStandardButtons(QMessageBox::StandardButtons buttons);
     QPushButton* button(QMessageBox::StandardButton which) const;
+    /** The line edit and the buttons, the widgets that take the focus. */
+    QList<QWidget*> focusStops() const;
+    /** Moves the focus from the stop @p from to the next (or previous) one; false if @p from is none. */
+    bool focusNextStop(QWidget* from, bool backward);
 
     OrvaInputSheet* q;
     MessageLabel* label;
