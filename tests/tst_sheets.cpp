@@ -111,14 +111,6 @@ public:
     }
 };
 
-void fillWindow(QWidget* window, const QColor& colour)
-{
-    QPalette palette = window->palette();
-    palette.setColor(QPalette::Window, colour);
-    window->setPalette(palette);
-    window->setAutoFillBackground(true);
-}
-
 } // namespace
 
 class TestSheets : public QObject
@@ -134,16 +126,14 @@ private Q_SLOTS:
     void messageTypes();
     void widthRule_data();
     void widthRule();
-    void heightFollowsWidthAndInformativeLine();
+    void textsAndHeightFollowingWidth();
     void inputSheetField();
     void busySheet();
     void countdownCaptionTicks_data();
     void countdownCaptionTicks();
     void helperFaces_data();
     void helperFaces();
-    void maskCoversFollowsAndStaysOnTop();
-    void frameBandAndShadow();
-    void textKeepsTheUsersWords();
+    void maskAndFrame();
 
 private:
     QWidget* m_window = nullptr;
@@ -279,22 +269,30 @@ void TestSheets::widthRule()
     QCOMPARE(sheet->width(), atScreen(260, 246));
 }
 
-void TestSheets::heightFollowsWidthAndInformativeLine()
+void TestSheets::textsAndHeightFollowingWidth()
 {
-    const QString longText = QStringLiteral("A long sentence that must wrap onto several lines when narrow. ").repeated(4);
-    OrvaMessageSheet sheet(OrvaMessageSheet::WarningMessage, longText, details, m_window);
+    // Only the line heights follow the screen (24 and 20 pixels, 32 and 26 at 4/3), never the user's words.
+    const QString words = QStringLiteral("Icons must be 16px wide, ") + QStringLiteral("or the list looks ragged. ").repeated(6);
+    const QString paragraph = QStringLiteral("<p style='line-height: %1px;'>%2</p>");
+    OrvaMessageSheet sheet(OrvaMessageSheet::WarningMessage, words, details, m_window);
+    OrvaInputSheet input(words, m_window);
+    QLabel* text = labels(&sheet).value(0);
+    QPointer<QLabel> line = labels(&sheet).value(1);
+    QCOMPARE(text->text(), paragraph.arg(atScreen(24, 32)).arg(words));
+    QCOMPARE(line->text(), paragraph.arg(atScreen(20, 26)).arg(details));
+    QCOMPARE(labels(&input).value(0)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
+
+    // The informative line sits below the text, and goes with an empty text.
     m_window->show();
     sheet.showSheet();
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    QLabel* text = labels(&sheet).value(0);
-    QPointer<QLabel> line = labels(&sheet).value(1);
-    QTRY_VERIFY(line && line->geometry().top() >= text->geometry().bottom() + TestEnvironment::scaled(6));
+    QTRY_VERIFY(line->geometry().top() >= text->geometry().bottom() + TestEnvironment::scaled(6));
     const int withLine = sheet.sizeHint().height();
     sheet.setInformativeText(QString());
     QTRY_VERIFY(line.isNull());
     QVERIFY(sheet.sizeHint().height() < withLine);
 
-    // Exactly as tall as the wrapped text needs at its width, also when it gets wider again.
+    // The text is exactly as tall as it needs at its width, also when it gets wider again.
     QTRY_COMPARE(text->height(), text->heightForWidth(text->width()));
     QVERIFY(text->height() > 2 * TestEnvironment::scaled(24));
     for (int width : {150, 450}) {
@@ -515,7 +513,7 @@ void TestSheets::helperFaces()
     QVERIFY(m_window->findChildren<OrvaMessageSheet*>().isEmpty());
 }
 
-void TestSheets::maskCoversFollowsAndStaysOnTop()
+void TestSheets::maskAndFrame()
 {
     // Nothing to lay over, or nowhere to lay it: no mask.
     OrvaSheet loose(nullptr);
@@ -523,15 +521,22 @@ void TestSheets::maskCoversFollowsAndStaysOnTop()
     QCOMPARE(OrvaMask::createMask(&loose, nullptr, dim), nullptr);
     QVERIFY(!m_window->findChild<OrvaMask*>() && !loose.parentWidget());
 
-    // Blue-grey at 100/255 over a pale window: what the user sees is their blend.
-    fillWindow(m_window, QColor(200, 220, 240));
+    const int m = atScreen(22, 29);
     auto* sheet = new OrvaSheet(m_window);
-    sheet->setWidget(new QLabel(QStringLiteral("Content")));
-    sheet->setFixedWidth(TestEnvironment::scaled(300));
+    QCOMPARE(sheet->contentsMargins(), QMargins(m, m, m, m));
+    auto* first = new QLabel(QStringLiteral("First"));
+    sheet->setWidget(first);
+    auto* content = new QWidget;
+    content->setFixedSize(TestEnvironment::scaled(200), TestEnvironment::scaled(80));
+    sheet->setWidget(content);
+    QCOMPARE(sheet->layout()->count(), 1);
+    QCOMPARE(first->parentWidget(), sheet);
     sheet->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Maximum);
-    QCOMPARE(OrvaMask::createMask(sheet, nullptr, QColor(40, 80, 120, 100)), sheet);
+    QCOMPARE(OrvaMask::createMask(sheet, nullptr, dim), sheet);
     auto* mask = qobject_cast<OrvaMask*>(sheet->parentWidget());
     QVERIFY(mask);
+    // A band taken away before showing comes back with the showing.
+    sheet->setContentsMargins(1, 2, 3, 4);
 
     // Up only with the sheet, over the whole window, the sheet in its middle.
     m_window->show();
@@ -540,13 +545,32 @@ void TestSheets::maskCoversFollowsAndStaysOnTop()
     sheet->show();
     QCOMPARE(mask->isVisible() ? mask->geometry() : QRect(), m_window->rect());
     QCOMPARE(m_window->childAt(QPoint(5, 5)), mask);
-    QVERIFY(TestEnvironment::pixelAt(m_window->grab().toImage(), QPoint(5, 5)) != QColor(200, 220, 240));
     QTRY_VERIFY((sheet->mapTo(m_window, sheet->rect().center()) - m_window->rect().center()).manhattanLength() <= 2);
+    QCOMPARE(sheet->contentsMargins(), QMargins(m, m, m, m));
+    QTRY_VERIFY(sheet->contentsRect().contains(content->geometry()));
+    QCOMPARE(sheet->contentsRect().center().x(), content->geometry().center().x());
+
+    // The card is white up to the band; each of the eight shadow pieces
+    // visibly darkens the dimmed window behind, probed right beside the card.
+    const QImage shot = m_window->grab(sheet->geometry().translated(mask->pos())).toImage();
+    const QColor behind = TestEnvironment::pixelAt(m_window->grab().toImage(), QPoint(5, 5));
+    QVERIFY(behind.red() < 250);
+    const int w = sheet->width();
+    const int h = sheet->height();
+    for (const QPoint& point : {QPoint(m, m), QPoint(w - m - 1, h - m - 1), QPoint(w / 2, h / 2)})
+        QCOMPARE(TestEnvironment::pixelAt(shot, point), QColor(Qt::white));
+    for (const QPoint& point : {QPoint(m - 1, h / 2), QPoint(w - m, h / 2), QPoint(w / 2, m - 1), QPoint(w / 2, h - m),
+                                QPoint(m - 1, m - 1), QPoint(w - m, m - 1), QPoint(m - 1, h - m), QPoint(w - m, h - m)}) {
+        const QColor shown = TestEnvironment::pixelAt(shot, point);
+        QVERIFY2(shown.red() < behind.red() - 15 && shown.blue() < behind.blue() - 15,
+                 qPrintable(QStringLiteral("(%1,%2) %3").arg(point.x()).arg(point.y()).arg(shown.name())));
+    }
+
+    // The mask follows the window's resizes.
     for (const QSize& size : {QSize(640, 480), QSize(420, 380)}) {
         m_window->resize(size);
         QTRY_COMPARE(mask->geometry(), QRect(QPoint(0, 0), size));
     }
-
     // It goes with the sheet, and comes back above widgets added meanwhile.
     sheet->hide();
     QVERIFY(!mask->isVisible());
@@ -565,56 +589,6 @@ void TestSheets::maskCoversFollowsAndStaysOnTop()
     auto* innerSheet = new OrvaSheet(inner);
     OrvaMask::createMask(innerSheet, nullptr, dim);
     QCOMPARE(innerSheet->parentWidget()->size(), m_window->size());
-}
-
-void TestSheets::frameBandAndShadow()
-{
-    const int m = atScreen(22, 29);
-    const QColor background(200, 220, 240);
-    fillWindow(m_window, background);
-    auto* sheet = new OrvaSheet(m_window);
-    QCOMPARE(sheet->contentsMargins(), QMargins(m, m, m, m));
-    auto* first = new QLabel(QStringLiteral("First"));
-    sheet->setWidget(first);
-    auto* content = new QWidget;
-    content->setFixedSize(TestEnvironment::scaled(200), TestEnvironment::scaled(80));
-    sheet->setWidget(content);
-    QCOMPARE(sheet->layout()->count(), 1);
-    QCOMPARE(first->parentWidget(), sheet);
-    // A band taken away before showing comes back with the showing.
-    sheet->setContentsMargins(1, 2, 3, 4);
-    sheet->move(20, 30);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    QCOMPARE(sheet->contentsMargins(), QMargins(m, m, m, m));
-    QCOMPARE(sheet->contentsRect().center().x(), content->geometry().center().x());
-    QVERIFY(sheet->contentsRect().contains(content->geometry()));
-
-    // The card is white up to the band; each of the eight shadow pieces
-    // visibly darkens what lies behind, probed right beside the card.
-    const QImage shot = m_window->grab(sheet->geometry()).toImage();
-    const int w = sheet->width();
-    const int h = sheet->height();
-    for (const QPoint& point : {QPoint(m, m), QPoint(w - m - 1, h - m - 1), QPoint(w / 2, h / 2)})
-        QCOMPARE(TestEnvironment::pixelAt(shot, point), QColor(Qt::white));
-    for (const QPoint& point : {QPoint(m - 1, h / 2), QPoint(w - m, h / 2), QPoint(w / 2, m - 1), QPoint(w / 2, h - m),
-                                QPoint(m - 1, m - 1), QPoint(w - m, m - 1), QPoint(m - 1, h - m), QPoint(w - m, h - m)}) {
-        const QColor shown = TestEnvironment::pixelAt(shot, point);
-        QVERIFY2(shown.red() < background.red() - 15 && shown.blue() < background.blue() - 15,
-                 qPrintable(QStringLiteral("(%1,%2) %3").arg(point.x()).arg(point.y()).arg(shown.name())));
-    }
-}
-
-void TestSheets::textKeepsTheUsersWords()
-{
-    // Only the line height follows the screen: 24 and 20 pixels are 32 and 26 at 4/3.
-    const QString words = QStringLiteral("Icons must be 16px wide");
-    const QString paragraph = QStringLiteral("<p style='line-height: %1px;'>%2</p>");
-    OrvaMessageSheet sheet(OrvaMessageSheet::WarningMessage, words, words, m_window);
-    OrvaInputSheet input(words, m_window);
-    QCOMPARE(labels(&sheet).value(0)->text(), paragraph.arg(atScreen(24, 32)).arg(words));
-    QCOMPARE(labels(&sheet).value(1)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
-    QCOMPARE(labels(&input).value(0)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
 }
 
 ORVACAT_TEST_MAIN(TestSheets)
