@@ -122,12 +122,9 @@ void TestTableWidget::ratioColumnsShareTheFreeWidth()
     QFETCH(Widths, atFourThirds);
 
     OrvaTableWidget table(fileColumns());
-    table.resize(1600, 300);
+    table.resize(width, 300);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
-    // Narrowed from wider: the sharing follows the latest size only.
-    table.resize(width, 300);
-    QTRY_COMPARE(table.getTable()->width(), width);
 
     const Widths expected = (atFactorOne() ? atOne : atFourThirds) << (atFactorOne() ? 12 : 16);
     QCOMPARE(sections(table.getHeader()), expected);
@@ -161,8 +158,6 @@ void TestTableWidget::scrollBarsFollowTheRows()
     QTRY_VERIFY(across->maximum() > 0);
     across->setValue(across->maximum());
     QCOMPARE(table.getHeader()->mapTo(&table, QPoint(0, 0)).x(), -across->maximum());
-    across->setValue(0);
-    QCOMPARE(table.getHeader()->mapTo(&table, QPoint(0, 0)).x(), 0);
     table.hide();
 }
 

@@ -141,42 +141,36 @@ void TestTreeWidget::rowsShowSelectionHoverAndCheckability()
 
 void TestTreeWidget::focusKeysAndRightClicksReachTheTree()
 {
-    QWidget window;
-    auto* before = new QLineEdit(&window);
-    auto* tree = new OrvaTreeWidget(&window);
-    tree->move(0, 50);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    OrvaTreeWidget tree;
+    QVERIFY(showWithFolders(tree, {"One", "Two", "Three"}));
     QList<QTreeWidgetItem*> changed;
-    connect(tree, &QTreeWidget::currentItemChanged, tree, [&changed](QTreeWidgetItem* current) { changed << current; });
-    const auto tabIn = [&]() {
-        before->setFocus();
+    connect(&tree, &QTreeWidget::currentItemChanged, &tree, [&changed](QTreeWidgetItem* current) { changed << current; });
+    const auto focusIn = [&]() {
+        tree.clearFocus();
         changed.clear();
-        QTest::keyClick(before, Qt::Key_Tab);
-        return tree->hasFocus();
+        tree.setFocus(Qt::TabFocusReason);
+        return tree.hasFocus();
     };
-    // Items but no current one: the first visible item becomes current.
-    for (const char* name : {"One", "Two", "Three"})
-        tree->addTopLevelItem(folder(QString::fromLatin1(name)));
-    tree->setCurrentItem(nullptr);
-    QVERIFY(tabIn());
-    QCOMPARE(tree->currentItem(), tree->topLevelItem(0));
+    // No current item: the first visible item becomes current.
+    tree.setCurrentItem(nullptr);
+    QVERIFY(focusIn());
+    QCOMPARE(tree.currentItem(), tree.topLevelItem(0));
     // A current item stays current and is announced again.
-    tree->setCurrentItem(tree->topLevelItem(1));
-    QVERIFY(tabIn());
-    QCOMPARE(changed, (QList<QTreeWidgetItem*>{nullptr, tree->topLevelItem(1)}));
+    tree.setCurrentItem(tree.topLevelItem(1));
+    QVERIFY(focusIn());
+    QCOMPARE(changed, (QList<QTreeWidgetItem*>{nullptr, tree.topLevelItem(1)}));
 
     // Keys and right clicks are reported, and handled as in any tree.
-    QSignalSpy keys(tree, &OrvaTreeWidget::sigKeyPressEvent);
-    QSignalSpy rightClicks(tree, &OrvaTreeWidget::sigMouseRightClickEvent);
+    QSignalSpy keys(&tree, &OrvaTreeWidget::sigKeyPressEvent);
+    QSignalSpy rightClicks(&tree, &OrvaTreeWidget::sigMouseRightClickEvent);
     QVERIFY(keys.isValid() && rightClicks.isValid());
-    QTest::keyClick(tree, Qt::Key_End);
-    QTest::mouseClick(tree->viewport(), Qt::RightButton, {}, tree->visualItemRect(tree->topLevelItem(0)).center());
-    QVERIFY(tree->topLevelItem(0)->isSelected());
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualItemRect(tree->topLevelItem(1)).center());
+    QTest::keyClick(&tree, Qt::Key_End);
+    QTest::mouseClick(tree.viewport(), Qt::RightButton, {}, tree.visualItemRect(tree.topLevelItem(0)).center());
+    QVERIFY(tree.topLevelItem(0)->isSelected());
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(tree.topLevelItem(1)).center());
     QCOMPARE(rightClicks.count(), 1);
     QCOMPARE(keys.count(), 1);
-    window.hide();
+    tree.hide();
 }
 
 void TestTreeWidget::updateScrollAreaBringsItemsIntoView()
