@@ -216,7 +216,7 @@ private Q_SLOTS:
         f.bar->setFooterInfo({QStringLiteral("only"), 70});
         QCOMPARE(made.at(2)->width(), scaled(70));
 
-        // A first label made while the refresh button is hidden takes the row end's look for good.
+        // Hiding refresh restyles no label already made; a first label made while hidden keeps the row end's look.
         f.bar->setRefreshButtonHidden(true);
         f.bar->setFooterInfos({{QStringLiteral("a"), 0}, {QStringLiteral("b"), 0}});
         QCOMPARE(f.labels().at(1)->styleSheet() + f.labels().at(0)->styleSheet(), plain + plain);
