@@ -214,7 +214,8 @@ void TestSheets::messageTypes()
         const bool ok = button == sheet.button(QMessageBox::Ok);
         shown << button->text();
         QCOMPARE(button->styleSheet(), getStyleSheet(ok ? "component.apply_button" : "component.cancel_button", false));
-        QCOMPARE(QSize(button->minimumWidth(), button->height()), QSize(TestEnvironment::scaled(ok ? 120 : 80), TestEnvironment::scaled(28)));
+        QCOMPARE(QSize(button->minimumWidth(), button->height()),
+                 QSize(TestEnvironment::scaled(ok ? 120 : 80), TestEnvironment::scaled(28)));
         QCOMPARE(button->isDefault(), ok);
     }
     QCOMPARE(shown, buttons);
@@ -433,52 +434,52 @@ void TestSheets::mouseFilters()
 
 void TestSheets::helperFaces_data()
 {
-    // With a parent a sheet in its window, without one a styled box; the keys
-    // go where the message is (or Ok is clicked), and all but the last leave it up.
+    // With a parent a sheet in its window, without one a styled box (its style
+    // and icon given); the keys go where the message is (or Ok is clicked),
+    // and all but the last leave it up.
     QTest::addColumn<int>("helper");
-    QTest::addColumn<bool>("box");
     QTest::addColumn<QList<int>>("keys");
     QTest::addColumn<int>("expected");
     QTest::addColumn<QStringList>("buttons");
     QTest::addColumn<QString>("boxStyle");
     QTest::addColumn<int>("icon");
     const QStringList ok{caption("ok")};
-    const QStringList okCancel{caption("ok"), caption("cancel")};
     const QStringList ownOk{QStringLiteral("Yes, go"), caption("cancel")};
+    const QString confirm = QStringLiteral("component.confirm_message_box");
     const QString warning = QStringLiteral("component.warning_message_box");
-    QTest::newRow("info sheet ignores escape") << int(Info) << false << QList<int>{Qt::Key_Escape, Qt::Key_Return}
-                                               << NoAnswer << ok << QString() << 0;
-    QTest::newRow("warning sheet with details") << int(WarningDetails) << false << QList<int>{Qt::Key_Enter}
-                                                << NoAnswer << ok << QString() << 0;
-    QTest::newRow("upgrading sheet has two buttons") << int(Upgrading) << false << QList<int>{Qt::Key_Escape} << NoAnswer
+    const int question = QMessageBox::Question;
+    QTest::newRow("info sheet ignores escape") << int(Info) << QList<int>{Qt::Key_Escape, Qt::Key_Return} << NoAnswer << ok
+                                               << QString() << 0;
+    QTest::newRow("warning sheet with details") << int(WarningDetails) << QList<int>{Qt::Key_Enter} << NoAnswer << ok
+                                                << QString() << 0;
+    QTest::newRow("upgrading sheet has two buttons") << int(Upgrading) << QList<int>{Qt::Key_Escape} << NoAnswer
                                                      << QStringList{caption("wizard_client_upgrade"), caption("cancel")}
                                                      << QString() << 0;
-    QTest::newRow("confirm sheet, own ok caption") << int(ConfirmCaptions) << false << QList<int>{Qt::Key_Escape} << Cancel
-                                                   << ownOk << QString() << 0;
-    QTest::newRow("confirm box, cancel is the box's") << int(Confirm) << true << QList<int>{Qt::Key_Escape}
-                                                      << int(QMessageBox::Cancel) << okCancel
-                                                      << "component.confirm_message_box" << int(QMessageBox::Question);
-    QTest::newRow("confirm box, own ok caption") << int(ConfirmCaptions) << true << QList<int>{clickOk} << Ok
-                                                 << ownOk << "component.confirm_message_box" << int(QMessageBox::Question);
-    QTest::newRow("info box") << int(Info) << true << QList<int>{Qt::Key_Return} << NoAnswer << ok
-                              << "component.info_message_box" << int(QMessageBox::Information);
-    QTest::newRow("warning box") << int(Warning) << true << QList<int>{Qt::Key_Return} << NoAnswer << ok << warning
+    QTest::newRow("confirm sheet, own ok caption") << int(ConfirmCaptions) << QList<int>{Qt::Key_Escape} << Cancel << ownOk
+                                                   << QString() << 0;
+    QTest::newRow("confirm box, cancel is the box's") << int(Confirm) << QList<int>{Qt::Key_Escape} << int(QMessageBox::Cancel)
+                                                      << QStringList{caption("ok"), caption("cancel")} << confirm << question;
+    QTest::newRow("confirm box, own ok caption") << int(ConfirmCaptions) << QList<int>{clickOk} << Ok << ownOk << confirm
+                                                 << question;
+    QTest::newRow("info box") << int(Info) << QList<int>{Qt::Key_Return} << NoAnswer << ok << "component.info_message_box"
+                              << int(QMessageBox::Information);
+    QTest::newRow("warning box") << int(Warning) << QList<int>{Qt::Key_Return} << NoAnswer << ok << warning
                                  << int(QMessageBox::Warning);
-    QTest::newRow("warning box with details") << int(WarningDetails) << true << QList<int>{Qt::Key_Return} << NoAnswer
-                                              << ok << warning << int(QMessageBox::Warning);
-    QTest::newRow("upgrading box has one button") << int(Upgrading) << true << QList<int>{Qt::Key_Return} << NoAnswer
-                                                  << ok << "component.upgrading_message_box" << int(QMessageBox::Warning);
+    QTest::newRow("warning box with details") << int(WarningDetails) << QList<int>{Qt::Key_Return} << NoAnswer << ok
+                                              << warning << int(QMessageBox::Warning);
+    QTest::newRow("upgrading box has one button") << int(Upgrading) << QList<int>{Qt::Key_Return} << NoAnswer << ok
+                                                  << "component.upgrading_message_box" << int(QMessageBox::Warning);
 }
 
 void TestSheets::helperFaces()
 {
     QFETCH(int, helper);
-    QFETCH(bool, box);
     QFETCH(QList<int>, keys);
     QFETCH(int, expected);
     QFETCH(QStringList, buttons);
     QFETCH(QString, boxStyle);
     QFETCH(int, icon);
+    const bool box = !boxStyle.isEmpty();
     // Asked from a small button, as hosts do: the sheet is the window's.
     auto* button = new QPushButton(QStringLiteral("?"), m_window);
     button->setGeometry(10, 10, 27, 27);
