@@ -70,7 +70,6 @@ private:
     QTimer* m_timer = nullptr;
     HtmlTextBrowser* m_textBrowser = nullptr;
     QPointer<QNetworkReply> m_reply; // the latest request, until it is handled
-
 };
 
 #endif // ORVACAT_BROWSERWINDOW_H
