@@ -223,7 +223,7 @@ private Q_SLOTS:
                               {"status", "jpn", "page.html", "enu", kEnglishText}, {"cut", "deu", "page.html", "enu", kEnglishText},
                               {"errortext", "fra", "page.html", "fre", kFrenchText},
                               {"errortext", "fra", "absent.html", "enu", QByteArray()}};
-        const QTime started = QTime::currentTime();
+        const qint64 started = QDateTime::currentMSecsSinceEpoch();
         QList<ProbeHelpWindow*> windows;
         for (const Case& c : cases)
             windows << newHelpWindow(qstrcmp(c.failure, "refused") ? server.serverPort() : 1, c.language, c.link, c.failure);
@@ -243,7 +243,7 @@ private Q_SLOTS:
         // A server that never answers is given its ten seconds, then dropped once.
         QCOMPARE(silent->offlineCalls, 0);
         QTRY_COMPARE_WITH_TIMEOUT(silent->offlineCalls, 1, 15000);
-        QVERIFY2(started.msecsTo(QTime::currentTime()) > 9400, qPrintable(started.toString()));
+        QVERIFY(QDateTime::currentMSecsSinceEpoch() - started > 9400);
         QCOMPARE(aborts.count(), 1);
         QTRY_COMPARE(server.open, 0);
         QCOMPARE(overtaken->textBrowser()->toPlainText(), QString("newer page"));
