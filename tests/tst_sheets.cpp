@@ -284,6 +284,9 @@ void TestSheets::textsAndHeightFollowingWidth()
     QCOMPARE(text->text(), paragraph.arg(atScreen(24, 32)).arg(words));
     QCOMPARE(line->text(), paragraph.arg(atScreen(20, 26)).arg(details));
     QCOMPARE(labels(&input).value(0)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
+    // Made anew, the sheet styles the informative line too.
+    sheet.setMessageType(OrvaMessageSheet::WarningMessage);
+    QCOMPARE(line->styleSheet(), getStyleSheet("component.message_sheet_informative_text", false));
 
     // The informative line sits below the text, and goes with an empty text.
     m_window->show();
