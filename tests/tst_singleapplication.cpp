@@ -116,11 +116,14 @@ void TestSingleApplication::primaryAnswersPublishedSenders()
         QObject::connect(&peer, &QtLocalPeer::messageReceived, [&](const QString& text) { received << text; });
         QVERIFY(!peer.isClient() && !peer.sendMessage(QStringLiteral("to myself"), 1000)); // the primary sends nothing
 
-        // Broken senders (a short body, a short count) are dropped with a warning.
+        // Broken senders are dropped with a warning; one promising too much is hung up on.
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^QtLocalPeer: Message reception failed")));
         publishedSender(peer.name(), QByteArray("\0\0\0\x0a" "abcd", 8), false);
         QTest::ignoreMessage(QtWarningMsg, "QtLocalPeer: Peer disconnected");
         publishedSender(peer.name(), QByteArray("\0\0", 2), false);
+        QTest::ignoreMessage(QtWarningMsg, "QtLocalPeer: Message reception failed message too large");
+        auto huge = publishedSender(peer.name(), "\xff\xff\xff\xff", false);
+        QTRY_COMPARE_WITH_TIMEOUT(huge->state(), QLocalSocket::UnconnectedState, timeout);
 
         // One sender stays connected after its answer, the next hangs up: a
         // hang-up delivers at once, silence after the answer only after a while.
