@@ -166,6 +166,7 @@ void TestTreeWidget::focusKeysAndRightClicksReachTheTree()
     QVERIFY(keys.isValid() && rightClicks.isValid());
     QTest::keyClick(&tree, Qt::Key_End);
     QTest::mouseClick(tree.viewport(), Qt::RightButton, {}, tree.visualItemRect(tree.topLevelItem(0)).center());
+    QCOMPARE(rightClicks.count(), 1);
     QVERIFY(tree.topLevelItem(0)->isSelected());
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(tree.topLevelItem(1)).center());
     QCOMPARE(rightClicks.count(), 1);
