@@ -100,7 +100,6 @@ void TestButtonPath::elementsBecomeButtonsThatEmitTheirPath()
     QTest::mouseClick(clicked, Qt::LeftButton);
     QCOMPARE(shown(bar), (QStringList{"i", ">", "Wide element name"}));
     QTRY_VERIFY(!clicked);
-    bar.hide();
 }
 
 void TestButtonPath::longPathOverflowsIntoTheMenu()
@@ -145,7 +144,6 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
     QVERIFY(change->isVisible());
     bar.refresh(longPath);
     QVERIFY(!change->isVisible());
-    bar.hide();
 }
 
 ORVACAT_TEST_MAIN(TestButtonPath)

@@ -76,7 +76,6 @@ void TestFilterBar::typedKeywordIsReportedOnReturn()
     QTest::keyClick(&bar, Qt::Key_Delete);
     QTest::keyClick(&bar, Qt::Key_Return);
     QCOMPARE(QList<QVariantList>(keyword), (QList<QVariantList>{{"report"}, {"report"}, {QString()}}));
-    bar.hide();
 }
 
 void TestFilterBar::downOpensTheMenuAndNeverMovesTheCursor()
@@ -118,7 +117,6 @@ void TestFilterBar::downOpensTheMenuAndNeverMovesTheCursor()
     QVERIFY(!QApplication::activePopupWidget());
     QCOMPARE(bar.text(), QStringLiteral("alp"));
     QCOMPARE(bar.cursorPosition(), 1);
-    bar.hide();
 }
 
 void TestFilterBar::comboFillsItsTemplateAndStylesItsPopup()

@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
-#include <typeinfo>
 
 namespace {
 
@@ -92,8 +91,6 @@ void TestTreeWidget::sortingPutsHomeFirst()
     // Two home items: neither sorts before the other.
     item(4)->kind = QStringLiteral("home");
     QVERIFY(!(*item(0) < *item(4)) && !(*item(4) < *item(0)));
-    QTreeWidgetItem plain;
-    QVERIFY_EXCEPTION_THROWN(*item(0) < plain, std::bad_cast);
 }
 
 void TestTreeWidget::rowsShowSelectionHoverAndCheckability()
@@ -136,7 +133,6 @@ void TestTreeWidget::rowsShowSelectionHoverAndCheckability()
     QCOMPARE(looksWithPointerAt(two.center()), (QStringList{plain, selected, plain}));
     QCOMPARE(looksWithPointerAt(three.topLeft()), (QStringList{plain, selected, plain}));
     QCOMPARE(looksWithPointerAt(three.bottomLeft() + QPoint(0, 1)), (QStringList{plain, selected, hovered}));
-    tree.hide();
 }
 
 void TestTreeWidget::focusKeysAndRightClicksReachTheTree()
@@ -171,7 +167,6 @@ void TestTreeWidget::focusKeysAndRightClicksReachTheTree()
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualItemRect(tree.topLevelItem(1)).center());
     QCOMPARE(rightClicks.count(), 1);
     QCOMPARE(keys.count(), 1);
-    tree.hide();
 }
 
 void TestTreeWidget::updateScrollAreaBringsItemsIntoView()
@@ -208,7 +203,6 @@ void TestTreeWidget::updateScrollAreaBringsItemsIntoView()
         tree.updateScrollArea(levels.at(6));
         QCOMPARE(left(6), x);
     }
-    tree.hide();
 }
 
 void TestTreeWidget::delegateRowsCheckBoxesAndRenaming()
@@ -245,8 +239,6 @@ void TestTreeWidget::delegateRowsCheckBoxesAndRenaming()
     QCOMPARE(escapes.count(), 1);
     QTRY_VERIFY(!editor || !editor->isVisible());
     QCOMPARE(item->text(0), QStringLiteral("Old name"));
-    tree.setItemDelegate(nullptr);
-    tree.hide();
 }
 
 ORVACAT_TEST_MAIN(TestTreeWidget)
