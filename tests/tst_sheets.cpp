@@ -143,7 +143,8 @@ private:
 
 void TestSheets::initTestCase()
 {
-    TestEnvironment::installDefaultTheme();
+    // German captions, none of which is Qt's own: a caption left at Qt's default shows.
+    TestEnvironment::installDefaultTheme(QStringLiteral("deu"));
     // A desktop that puts cancel before Ok: the sheets must not follow it.
     QApplication::setStyle(new GnomeOrderStyle);
 }
@@ -264,6 +265,9 @@ void TestSheets::widthRule()
     OrvaSheet* sheet = input ? static_cast<OrvaSheet*>(&inputSheet) : &messageSheet;
     QCOMPARE(sheet->width(), atScreen(atFactorOne, atFourThirds));
     QCOMPARE(sheet->minimumWidth(), sheet->maximumWidth());
+    // It does not come up with its window, only when asked.
+    parent.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&parent) && !sheet->isVisible());
 
     // The rule is read again when the text changes: 300 pixels give 260, or 246 at 4/3.
     parent.resize(300, 300);
@@ -351,8 +355,9 @@ void TestSheets::busySheet()
     QFile file(dir.filePath(QStringLiteral("busy.gif")));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(gif, sizeof(gif) - 1) > 0);
     file.close();
-    m_window->show();
     OrvaMessageSheet sheet(QStringLiteral("Working..."), file.fileName(), m_window);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window) && !sheet.isVisible());
     QMovie* movie = labels(&sheet, false).value(0)->movie();
     QVERIFY(movie && movie->isValid());
     QCOMPARE(movie->scaledSize(), QSize(atScreen(32, 43), atScreen(32, 43)));
@@ -390,7 +395,9 @@ void TestSheets::countdownCaptionTicks()
     QAbstractButton* ok = box.button(QMessageBox::Ok);
     QCOMPARE(ok->text(), okCaption(qMax(0, seconds)));
     QCOMPARE(box.button(QMessageBox::Discard)->text(), caption("cancel"));
-    QCOMPARE(box.styleSheet(), getStyleSheet("component.info_message_box", false));
+    QCOMPARE(box.styleSheet() + ok->styleSheet() + box.button(QMessageBox::Discard)->styleSheet(),
+             getStyleSheet("component.info_message_box", false) + getStyleSheet("component.apply_button", false)
+                 + getStyleSheet("component.cancel_button", false));
 
     // Every caption the user gets to see, in order, until Ok clicks itself.
     QStringList captions;
