@@ -57,25 +57,14 @@ public:
     Modal(Kind kind, QWidget* window)
         : m_window(window)
     {
-        const QColor dim(0, 0, 0, 20);
-        if (kind == MessageSheet) {
-            auto* sheet = new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, QStringLiteral("Go?"),
-                                               QStringLiteral("Details"), window);
-            OrvaMask::createMask(sheet, window, dim);
-            m_own = sheet;
-            m_exec = [sheet]() { return sheet->exec(); };
-        } else if (kind == InputSheet) {
-            auto* sheet = new OrvaInputSheet(QStringLiteral("Name"), window);
-            OrvaMask::createMask(sheet, window, dim);
-            m_own = sheet;
-            m_exec = [sheet]() { return sheet->exec(); };
-        } else if (kind == CountdownBox) {
-            auto* box = new OrvaCountdownMessageBox(600, window);
-            m_own = box;
-            m_exec = [box]() { return box->exec(); };
-        } else {
-            m_exec = [window]() { return showConfirmMsg(QStringLiteral("Title"), QStringLiteral("Sure?"), window); };
-        }
+        if (kind == MessageSheet)
+            m_own = new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, QStringLiteral("Go?"), QStringLiteral("Details"), window);
+        else if (kind == InputSheet)
+            m_own = new OrvaInputSheet(QStringLiteral("Name"), window);
+        else if (kind == CountdownBox)
+            m_own = new OrvaCountdownMessageBox(600, window);
+        if (kind == MessageSheet || kind == InputSheet)
+            OrvaMask::createMask(m_own, window, QColor(0, 0, 0, 20));
     }
     ~Modal() { delete m_own.data(); }
 
@@ -89,7 +78,16 @@ public:
     }
     /** Where the user's keys and close requests arrive: the host window, or the box's own. */
     QWidget* window() const { return qobject_cast<QMessageBox*>(m_own) ? m_own.data() : m_window.data(); }
-    int exec() { return m_exec(); }
+    int exec()
+    {
+        if (auto* sheet = qobject_cast<OrvaMessageSheet*>(m_own))
+            return sheet->exec();
+        if (auto* sheet = qobject_cast<OrvaInputSheet*>(m_own))
+            return sheet->exec();
+        if (auto* box = qobject_cast<QMessageBox*>(m_own))
+            return box->exec();
+        return showConfirmMsg(QStringLiteral("Title"), QStringLiteral("Sure?"), m_window);
+    }
     void done(int result)
     {
         if (QWidget* target = widget())
@@ -104,13 +102,12 @@ public:
     /** A run with @p action queued into its loop and a watchdog that ends it. */
     int run(std::function<void()> action)
     {
-        return ModalRun::run(m_exec, std::move(action), [this]() { done(0); });
+        return ModalRun::run([this]() { return exec(); }, std::move(action), [this]() { done(0); });
     }
 
 private:
     QPointer<QWidget> m_window;
     QPointer<QWidget> m_own;
-    std::function<int()> m_exec;
 };
 
 /** Remembers the keys that reach the object it watches. */
