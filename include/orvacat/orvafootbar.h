@@ -1,6 +1,11 @@
 #ifndef ORVACAT_ORVAFOOTBAR_H
 #define ORVACAT_ORVAFOOTBAR_H
 
+/**
+ * @file
+ * OrvaFootbar, the bar at the bottom of a window.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QVector>
@@ -18,6 +23,7 @@ class ORVACAT_EXPORT OrvaFootbar : public QWidget
     Q_OBJECT
 
 public:
+    /** An empty bar with an empty layout: push widgets, then call init(). */
     explicit OrvaFootbar(QWidget* parent = nullptr);
 
     /** Appends @p widget to the left group; laid out by init(). Null is ignored. */

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVALABELS_H
 #define ORVACAT_ORVALABELS_H
 
+/**
+ * @file
+ * OrvaLabel, LinkLabel and getHtmlEscapedStringForToolTip(). OrvaLabel's look
+ * comes from the style sheet registry, so initialize that before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QLabel>
@@ -16,10 +22,13 @@ class ORVACAT_EXPORT OrvaLabel : public QLabel
     Q_OBJECT
 
 public:
+    /** An empty label, as QLabel's constructor, then its style sheet. */
     explicit OrvaLabel(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    /** A label showing @p text, as QLabel's constructor, then its style sheet. */
     explicit OrvaLabel(const QString& text, QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
 protected:
+    /** Raises or lowers the minimum height to the wrapped text's height at the new width. */
     void resizeEvent(QResizeEvent* event) override;
 };
 
@@ -38,10 +47,13 @@ class ORVACAT_EXPORT LinkLabel : public QLabel
     Q_OBJECT
 
 public:
+    /** A QLabel showing @p text, without a link target; note that the parent is typed as a label. */
     explicit LinkLabel(const QString& text = QString(), QLabel* parent = nullptr);
     ~LinkLabel() override;
 
+    /** Stores the target that the receiver of clicked() opens; the label never opens it. */
     void setHyperLink(const QString& link);
+    /** The stored target, or an empty string when none was set. */
     QString getHyperLink();
 
 Q_SIGNALS:
@@ -49,10 +61,15 @@ Q_SIGNALS:
     void clicked();
 
 protected:
+    /** Pushes the pointing hand and underlines the text when enabled. */
     void enterEvent(QEvent* event) override;
+    /** Takes the hand and the underline back when enabled. */
     void leaveEvent(QEvent* event) override;
+    /** Emits clicked() first; the base handler runs only if the label survived it. */
     void mousePressEvent(QMouseEvent* event) override;
+    /** Takes the hover look back when the label is disabled. */
     void changeEvent(QEvent* event) override;
+    /** Takes the hover look back. */
     void hideEvent(QHideEvent* event) override;
 
 private:

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVALINEEDIT_H
 #define ORVACAT_ORVALINEEDIT_H
 
+/**
+ * @file
+ * OrvaLineEdit, a line edit framed by two labels. Its looks come from the
+ * style sheet registry, so initialize that before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QWidget>
@@ -24,6 +30,7 @@ public:
     /** The validity test: true when the text is acceptable. */
     using Validator = bool (*)(const QString& text);
 
+    /** The two empty labels and the field, without margins or spacing and without a validator. */
     explicit OrvaLineEdit(QWidget* parent = nullptr);
 
     /** Layout margins, given in 72-dpi pixels and scaled for the screen. */
@@ -41,9 +48,13 @@ public:
     /** Switches the field's error look on or off at once. */
     void setError(bool error);
 
+    /** The label before the field, for its text; owned by this widget. */
     QLabel* getPreLabel();
+    /** The label after the field, for its text; owned by this widget. */
     QLabel* getPostLabel();
+    /** The field itself, for its text, signals and echo mode; owned by this widget. */
     QLineEdit* getLineEdit();
+    /** The field's current text. */
     QString getEditText() const;
 
 private:

@@ -1,6 +1,11 @@
 #ifndef ORVACAT_ORVAMASK_H
 #define ORVACAT_ORVAMASK_H
 
+/**
+ * @file
+ * OrvaMask, the translucent cover that a sheet is shown on.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QColor>
@@ -27,6 +32,11 @@ public:
      */
     static QWidget* createMask(QWidget* child, QWidget* parent, QColor colour);
 
+    /**
+     * Prefer createMask(). Takes @p child into the mask's layout and stays
+     * hidden until the child is shown (or shows at once if the child already
+     * was); @p parent should be the window, which must not be null.
+     */
     OrvaMask(QWidget* child, QWidget* parent, QColor colour);
     ~OrvaMask() override;
 

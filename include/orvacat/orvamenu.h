@@ -1,6 +1,11 @@
 #ifndef ORVACAT_ORVAMENU_H
 #define ORVACAT_ORVAMENU_H
 
+/**
+ * @file
+ * OrvaMenu, a menu that keeps itself on its screen.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMenu>
@@ -16,9 +21,11 @@ class ORVACAT_EXPORT OrvaMenu : public QMenu
     Q_OBJECT
 
 public:
+    /** An empty QMenu, without a style sheet of its own. */
     explicit OrvaMenu(QWidget* parent = nullptr);
 
 protected:
+    /** Moves the menu back onto its screen's available area when it sticks out. */
     void showEvent(QShowEvent* event) override;
 };
 
