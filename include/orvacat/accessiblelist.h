@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ACCESSIBLELIST_H
 #define ORVACAT_ACCESSIBLELIST_H
 
+/**
+ * @file
+ * accessibleList() and adjustFocusPolicy(), which build and set up the focus
+ * chain that sheets keep Tab and Backtab inside, with AccessibleFilter.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QList>
@@ -17,13 +23,17 @@ class ORVACAT_EXPORT AccessibleFilter
 {
 public:
     AccessibleFilter();
+    /** Leaves out @p filterWidgets and the widgets whose policy is below @p focusLevel. */
     AccessibleFilter(const QList<QWidget*>& filterWidgets, Qt::FocusPolicy focusLevel);
 
     /** The widgets to leave out, by reference. */
     QList<QWidget*>& filterWidgets();
+    /** The lowest focus policy listed (Qt::NoFocus lists every policy). */
     Qt::FocusPolicy focusLevel();
 
+    /** Replaces the widgets to leave out. */
     void setFilterWidgets(const QList<QWidget*>& filterWidgets);
+    /** Sets the lowest focus policy listed. */
     void setFocusLevel(Qt::FocusPolicy focusLevel);
 
 private:

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_CLOSEBUTTON_H
 #define ORVACAT_CLOSEBUTTON_H
 
+/**
+ * @file
+ * SHAPISetCloseButtonOfWindowEnable(), the one platform call: sheets disable
+ * the window's close button while they block.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 class QWidget;

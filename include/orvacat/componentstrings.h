@@ -1,6 +1,12 @@
 #ifndef ORVACAT_COMPONENTSTRINGS_H
 #define ORVACAT_COMPONENTSTRINGS_H
 
+/**
+ * @file
+ * ComponentStrings, the registry of the captions the toolkit's own widgets
+ * show. Install the table before constructing widgets: captions are read then.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -16,6 +22,7 @@ class ORVACAT_EXPORT ComponentStrings
 public:
     ComponentStrings();
 
+    /** The process's one table, created empty on first use. */
     static ComponentStrings* getInstance();
 
     /** Replaces the whole table (keys of an earlier table are gone). */

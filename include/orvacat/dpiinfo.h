@@ -1,6 +1,12 @@
 #ifndef ORVACAT_DPIINFO_H
 #define ORVACAT_DPIINFO_H
 
+/**
+ * @file
+ * DPIinfo, the screen scale factor that every built-in length and style
+ * sheet length is multiplied by.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QString>
@@ -15,6 +21,7 @@ class ORVACAT_EXPORT DPIinfo
 public:
     DPIinfo();
 
+    /** The process's one instance, measured on first use (which needs a QApplication). */
     static DPIinfo* getInstance();
 
     /** The scale factor: logical horizontal DPI / 72.0 (1.0 at 72 dpi, 4/3 at 96). */

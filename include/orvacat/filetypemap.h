@@ -1,6 +1,11 @@
 #ifndef ORVACAT_FILETYPEMAP_H
 #define ORVACAT_FILETYPEMAP_H
 
+/**
+ * @file
+ * FileTypeMap, the table from file name extensions to file-type icon names.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QString>
@@ -21,6 +26,7 @@ class ORVACAT_EXPORT FileTypeMap
 public:
     FileTypeMap();
 
+    /** The process's one instance; the first call registers the built-in types. */
     static FileTypeMap* getInstance();
 
     /**

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_GLOBALS_H
 #define ORVACAT_GLOBALS_H
 
+/**
+ * @file
+ * The toolkit's exported globals: its logging category and the last drawn
+ * check box rectangle.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QLoggingCategory>

@@ -1,7 +1,14 @@
 #ifndef ORVACAT_ORVACAT_H
 #define ORVACAT_ORVACAT_H
 
-// The whole toolkit in one include. Hosts need nothing else.
+/**
+ * @file
+ * The whole toolkit in one include; hosts need nothing else. Before
+ * constructing any widget, a host creates its application object and then,
+ * in this order, sets the paths, initializes the image registry, then the
+ * style sheet registry, and installs the component strings (see the main
+ * page).
+ */
 
 #include <orvacat/orvacat_export.h>
 #include <orvacat/orvacat_version.h>

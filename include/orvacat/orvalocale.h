@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVALOCALE_H
 #define ORVACAT_ORVALOCALE_H
 
+/**
+ * @file
+ * OrvaLocale, which picks the three-letter language code a host chooses its
+ * string table and help folder by.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -17,6 +23,7 @@ class ORVACAT_EXPORT OrvaLocale
 public:
     OrvaLocale();
 
+    /** The process's one instance, with the built-in language table. */
     static OrvaLocale* getInstance();
 
     /** The code for the running system: QLocale::system()'s name in lower case, mapped. */

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_STYLEMANAGER_H
 #define ORVACAT_STYLEMANAGER_H
 
+/**
+ * @file
+ * StyleManager, the style sheet registry, and getStyleSheet(), through which
+ * every widget of the toolkit takes its look.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -19,6 +25,7 @@ class ORVACAT_EXPORT StyleManager
 public:
     StyleManager();
 
+    /** The process's one registry, created empty on first use. */
     static StyleManager* getInstance();
 
     /**
@@ -40,6 +47,7 @@ private:
 
 /** StyleManager::getInstance()->getStyleSheet(key, raw); what widgets call. */
 ORVACAT_EXPORT QString getStyleSheet(const char* key, bool raw);
+/** The same, for a key held in a QString. */
 ORVACAT_EXPORT QString getStyleSheet(const QString& key, bool raw);
 
 #endif // ORVACAT_STYLEMANAGER_H

@@ -1,6 +1,11 @@
 #ifndef ORVACAT_UIPATHMANAGER_H
 #define ORVACAT_UIPATHMANAGER_H
 
+/**
+ * @file
+ * UIPathManager, the registry of named folders that the image registry reads.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -16,6 +21,7 @@ class ORVACAT_EXPORT UIPathManager
 public:
     UIPathManager();
 
+    /** The process's one table, created empty on first use. */
     static UIPathManager* getInstance();
 
     /** Stores @p path under @p key; overwriting an existing key warns. */
