@@ -119,7 +119,6 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
     QCOMPARE(bar.horizontalScrollBar()->value(), bar.horizontalScrollBar()->maximum());
     QCOMPARE(bar.columnViewportPosition(14) + bar.columnWidth(14), bar.viewport()->width());
     QCOMPARE(shown(bar).mid(15), expectedMenu(bar));
-    QVERIFY(shown(bar).size() > 15 + 4 && shown(bar).size() < 15 + 9);
     auto* change = bar.findChild<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
     QCOMPARE(change->geometry(), QRect(TestEnvironment::scaled(1), TestEnvironment::scaled(1),
                                        TestEnvironment::scaled(26), TestEnvironment::scaled(26)));

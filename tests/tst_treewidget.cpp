@@ -112,7 +112,6 @@ void TestTreeWidget::rowsShowSelectionHoverAndCheckability()
     const QRect two = tree.visualItemRect(tree.topLevelItem(1));
     const QRect three = tree.visualItemRect(tree.topLevelItem(2));
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, two.center());
-    QCursor::setPos(tree.mapToGlobal(QPoint(400, 300)));
     const QString plain = QStringLiteral("#ffffff red");
     const QString selected = selectedColor.name() + QLatin1String(" dark");
     QCOMPARE(rowLooks(tree), (QStringList{plain, selected, plain}));
@@ -220,17 +219,18 @@ void TestTreeWidget::delegateRowsCheckBoxesAndRenaming()
 
     // Renaming: typing replaces the old name. A leading dot is refused,
     // later dots are not, the other forbidden characters never are.
-    QSignalSpy escapes(&delegate, &ItemDelegate::sigKeyPressed);
-    QVERIFY(escapes.isValid());
+    // Reported as the key press it is (the event is gone by the time a spy is read).
+    QList<QEvent::Type> escapes;
+    connect(&delegate, &ItemDelegate::sigKeyPressed, &tree, [&escapes](QKeyEvent* key) { escapes << key->type(); });
     tree.editItem(item, 0);
     QPointer<QLineEdit> editor;
     QTRY_VERIFY((editor = tree.viewport()->findChild<QLineEdit*>()) && editor->hasFocus());
     QTest::keyClicks(editor, QStringLiteral(".|a.b/c\\d:e*f?g\"h<i>j|k."));
     QCOMPARE(editor->text(), QStringLiteral("a.bcdefghijk."));
-    QCOMPARE(escapes.count(), 0);
+    QVERIFY(escapes.isEmpty());
     // Escape is reported and still cancels.
     QTest::keyClick(editor, Qt::Key_Escape);
-    QCOMPARE(escapes.count(), 1);
+    QCOMPARE(escapes, QList<QEvent::Type>{QEvent::KeyPress});
     QTRY_VERIFY(!editor || !editor->isVisible());
     QCOMPARE(item->text(0), QStringLiteral("Old name"));
 }
