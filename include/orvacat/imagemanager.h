@@ -1,6 +1,12 @@
 #ifndef ORVACAT_IMAGEMANAGER_H
 #define ORVACAT_IMAGEMANAGER_H
 
+/**
+ * @file
+ * ImageManager, the image registry, and getGlobalImage(), through which the
+ * toolkit's widgets take their pictures.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -20,13 +26,15 @@
 class ORVACAT_EXPORT ImageManager
 {
 public:
+    /** When initialize() loads the catalogue's pictures. */
     enum InitializeType {
         Eager = 0, ///< load and scale every image in initialize()
         Lazy = 1   ///< load an image on its first request
     };
 
+    /** The state of an image, also its index in four-state arrays. */
     enum ImageType {
-        Normal = 0,
+        Normal = 0,  ///< name itself, the picture at rest
         Hover = 1,   ///< name + "_hover"
         Click = 2,   ///< name + "_click"
         Disable = 3  ///< name + "_disable"
@@ -34,6 +42,7 @@ public:
 
     ImageManager();
 
+    /** The process's one registry, empty until initialize(). */
     static ImageManager* getInstance();
 
     /**
@@ -53,12 +62,29 @@ public:
     /** user_data_path + "/tmp_images"; aborts the process before initialize(). */
     const QString& getTempImageFolder();
 
+    /** The image folder + "/" + @p name + ".png"; before initialize() the folder part is empty. */
     QString getImageFullPath(const QString& name);
+    /** The temporary-image folder + "/tmp_" + @p name + ".png"; before initialize() the folder part is empty. */
     QString getTempImageFullPath(const QString& name);
 
+    /**
+     * Reads "images.json" from the resource path: catalogues every name of
+     * "images" and writes the scaled copy of every name of "tmp_images".
+     * initialize() calls it; a missing or unreadable file adds nothing.
+     */
     void readJson();
+    /** Catalogues @p name with its four state file names, not yet loaded, replacing an entry of that name. */
     void parseJson(const QString& name);
+    /**
+     * Loads and scales every catalogued image, as initialize() does for Eager.
+     * A state whose file is missing is dropped, and getImage() answers Normal for it.
+     */
     void prepareImages();
+    /**
+     * Loads and scales @p key's pictures if they are not loaded yet; getImage()
+     * calls it for Lazy. Pass a catalogued key: another one is added as an
+     * entry without pictures.
+     */
     void lazyLoad(const QString& key);
     /** Writes the image scaled by the DPI factor as tmp_<name>.png for style sheets. */
     void prepareTempImage(const QString& name);
@@ -81,6 +107,7 @@ private:
 
 /** ImageManager::getInstance()->getImage(key, type); what widgets call. */
 ORVACAT_EXPORT QPixmap getGlobalImage(const char* key, ImageManager::ImageType type);
+/** The same, for a key held in a QString. */
 ORVACAT_EXPORT QPixmap getGlobalImage(const QString& key, ImageManager::ImageType type);
 
 #endif // ORVACAT_IMAGEMANAGER_H
