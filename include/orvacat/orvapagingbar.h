@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVAPAGINGBAR_H
 #define ORVACAT_ORVAPAGINGBAR_H
 
+/**
+ * @file
+ * OrvaPagingModel and OrvaPagingBar, the paging state of a list and the bar
+ * under it. The bar's pictures, captions and looks come from the registries,
+ * so initialize them before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QList>
@@ -27,13 +34,20 @@ class ORVACAT_EXPORT OrvaPagingModel : public QObject
     Q_OBJECT
 
 public:
+    /** Page 1 of no rows, @p rowLimit rows a page (not 0). */
     explicit OrvaPagingModel(int rowLimit, QObject* parent = nullptr);
 
+    /** Rows per page. */
     int rowLimit() const;
+    /** Sets the rows per page; not 0. */
     void setRowLimit(int rowLimit);
+    /** Total rows of the list. */
     int itemCount() const;
+    /** Sets the total rows; use OrvaPagingBar::setItemCount() to redraw a bar too. */
     void setItemCount(int itemCount);
+    /** The current page, 1-based. */
     int nowPage() const;
+    /** Sets the current page; use OrvaPagingBar::setPage() to redraw a bar too. */
     void setNowPage(int nowPage);
 
     /** Pages needed for itemCount rows, at least 1 (0 rows still make one empty page). */
@@ -50,8 +64,8 @@ private:
 /** One footer label of the paging bar: its text and its fixed width in unscaled pixels (0 keeps the width). */
 struct PagingFooterInfo
 {
-    QString text;
-    int width = 0;
+    QString text;  ///< the label's text
+    int width = 0; ///< fixed width in 72-dpi pixels, scaled for the screen; 0 keeps the width
 };
 
 /**
@@ -70,6 +84,11 @@ class ORVACAT_EXPORT OrvaPagingBar : public QWidget
     Q_OBJECT
 
 public:
+    /**
+     * A bar on @p model, reset to page 1 of 0 rows; only the middle page
+     * button reads "1" until setPage(), setItemCount() or reset(). A null
+     * model warns and the bar keeps a private one.
+     */
     explicit OrvaPagingBar(OrvaPagingModel* model, QWidget* parent = nullptr);
     ~OrvaPagingBar() override;
 
@@ -80,7 +99,9 @@ public:
     /** Back to page 1, then sigPageChanged(). */
     void reset();
 
+    /** One footer label showing @p text, keeping its width; see setFooterInfos(). */
     void setFooterText(const QString& text);
+    /** One footer label as @p info says; see setFooterInfos(). */
     void setFooterInfo(const PagingFooterInfo& info);
     /**
      * One label per entry, right to left of the refresh button's left side.
@@ -88,18 +109,36 @@ public:
      * created, surplus ones hidden and taken out of the layout.
      */
     void setFooterInfos(const std::vector<PagingFooterInfo>& infos);
+    /**
+     * Hides or shows the refresh button. Hide it before the first footer call
+     * for the first label to take the rightmost look
+     * ("component.paging_bar_rightmost_label"); existing labels keep theirs.
+     */
     void setRefreshButtonHidden(bool hidden);
 
 public Q_SLOTS:
-    /** Goes to the page shown on page button @p index (0..4). */
+    /**
+     * Goes to the page shown on page button @p index (0..4), then
+     * sigPageChanged(); a blank button does nothing, an index out of range
+     * warns and does nothing.
+     */
     void pageClick(int index);
+    /** Forward five pages, at most to the last; then sigPageChanged(). */
     void next_5_page();
+    /** Back five pages, at least to page 1; then sigPageChanged(). */
     void prev_5_page();
+    /** To page 1; then sigPageChanged(). */
     void first_page();
+    /** To the last page; then sigPageChanged(). */
     void last_page();
 
 Q_SIGNALS:
+    /**
+     * Once after every page button or navigation click and after reset(),
+     * even when the page stayed; read the model's nowPage() and startItem().
+     */
     void sigPageChanged();
+    /** The refresh button was clicked; the host reloads the current page. */
     void sigRefresh();
 
 private:
