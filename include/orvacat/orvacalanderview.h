@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVACALANDERVIEW_H
 #define ORVACAT_ORVACALANDERVIEW_H
 
+/**
+ * @file
+ * OrvaCalanderView, the month calendar that OrvaDateSelector drops down. Its
+ * pictures, captions and looks come from the registries, so initialize them
+ * before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QAbstractItemView>
@@ -30,41 +37,71 @@ class ORVACAT_EXPORT OrvaCalanderView : public QAbstractItemView
     Q_OBJECT
 
 public:
+    /**
+     * The calendar on the current month, weeks from Sunday, with the today
+     * button under it; captions come from the component strings now.
+     */
     explicit OrvaCalanderView(QWidget* parent = nullptr);
     ~OrvaCalanderView() override;
 
+    /** Turns the calendar to @p month (1..12) of @p year without selecting a date. */
     void setCurrentPage(int year, int month);
+    /** Days before @p date cannot be picked in the grid; the today button still can. */
     void setMinimumDate(const QDate& date);
+    /** Days after @p date cannot be picked in the grid; the today button still can. */
     void setMaximumDate(const QDate& date);
 
     /** Tab and Backtab in the year button, year editor, day grid and today button walk the view's own chain. */
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+    /** Inert: an empty rectangle. */
     QRect visualRect(const QModelIndex& index) const override;
+    /** Inert: does nothing. */
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    /** Inert: an invalid index. */
     QModelIndex indexAt(const QPoint& point) const override;
 
 public Q_SLOTS:
     /** Selects today and emits it, even outside the minimum and maximum dates. */
     void selectToday();
+    /** Shows the full name of @p month on the month button when the calendar turns a page. */
     void pageChanged(int year, int month);
     /** Shows the full name of the month that @p action carries (1..12) on the month button. */
     void slotMonthTriggered(QAction* action);
 
 Q_SIGNALS:
+    /** The date the user picked: a day clicked, double-clicked or entered, or today. */
     void sigDateSelect(const QDate& date);
 
 protected:
+    /**
+     * Gives the month arrows their pictures and accessible names, lets every
+     * navigation button take the keyboard focus and localizes the month
+     * menu. The constructor calls it once.
+     */
     void handleNavigationBar();
+    /**
+     * Reads the twelve month names, puts their first three letters on the
+     * month menu and this month's full name on the month button.
+     * handleNavigationBar() calls it once.
+     */
     void handleMonthMenu();
+    /** Puts one-letter localized weekday names, Sunday first, above the day grid. The constructor calls it once. */
     void handleWeekdayHeader();
+    /** Builds the Tab cycle that focusNextPrevChild() walks. The constructor calls it once. */
     void handleTabOrder();
 
+    /** Inert: an invalid index. */
     QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
+    /** Inert: 0. */
     int horizontalOffset() const override;
+    /** Inert: 0. */
     int verticalOffset() const override;
+    /** Inert: every index is hidden. */
     bool isIndexHidden(const QModelIndex& index) const override;
+    /** Inert: selects nothing. */
     void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    /** Inert: an empty region. */
     QRegion visualRegionForSelection(const QItemSelection& selection) const override;
     /** Tab and Backtab walk view, previous month, next month, month, year, year editor, day grid, today. */
     bool focusNextPrevChild(bool next) override;

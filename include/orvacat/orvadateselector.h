@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVADATESELECTOR_H
 #define ORVACAT_ORVADATESELECTOR_H
 
+/**
+ * @file
+ * OrvaDateSelector, a date field that drops down an OrvaCalanderView. Its
+ * captions and looks come from the registries, so initialize them before
+ * constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QComboBox>
@@ -21,6 +28,7 @@ class ORVACAT_EXPORT OrvaDateSelector : public QComboBox
     Q_OBJECT
 
 public:
+    /** A field showing @p placeholder until a date is chosen, its calendar on this month. */
     explicit OrvaDateSelector(QString placeholder, QWidget* parent = nullptr);
 
     /** Back to the placeholder; the calendar turns to this month, its selection is kept. */
