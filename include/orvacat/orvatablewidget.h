@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVATABLEWIDGET_H
 #define ORVACAT_ORVATABLEWIDGET_H
 
+/**
+ * @file
+ * OrvaTableWidget, a table with a fixed header and columns sized by ratios,
+ * with its column descriptions. Its looks come from the style sheet registry,
+ * so initialize that before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QList>
@@ -21,6 +28,7 @@ class QVBoxLayout;
 class ORVACAT_EXPORT OrvaTableColumnsInfo
 {
 public:
+    /** One column: its label, width, resizability and share of the free width. */
     struct ColumnInfo
     {
         /** The header label. */
@@ -38,6 +46,7 @@ public:
     /** Appends a column and returns its index: 0, 1, 2 ... in call order. */
     int addColumn(const QString& name, int width, bool resizable, double ratio);
 
+    /** The columns in addColumn() order; a host may also edit the list directly. */
     QList<ColumnInfo> columns;
 };
 
@@ -50,12 +59,15 @@ class ORVACAT_EXPORT ResizeSignalTableWidget : public QTableWidget
     Q_OBJECT
 
 public:
+    /** A table of @p rows by @p columns; negative counts are taken as 0. */
     ResizeSignalTableWidget(int rows, int columns);
 
 Q_SIGNALS:
+    /** The table's new size, on every resize, before the table lays itself out for it. */
     void sigResized(QSize size);
 
 protected:
+    /** Emits sigResized() first. */
     void resizeEvent(QResizeEvent* event) override;
 };
 
@@ -74,6 +86,11 @@ class ORVACAT_EXPORT OrvaTableWidget : public QWidget
     Q_OBJECT
 
 public:
+    /**
+     * A table with a copy of @p columns, each at its scaled width, and no
+     * rows. The rows are read-only and selected whole, 28 (scaled) pixels
+     * high.
+     */
     OrvaTableWidget(const OrvaTableColumnsInfo& columns, QWidget* parent = nullptr);
     ~OrvaTableWidget() override;
 

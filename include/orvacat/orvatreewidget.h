@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVATREEWIDGET_H
 #define ORVACAT_ORVATREEWIDGET_H
 
+/**
+ * @file
+ * OrvaTreeWidget, its ItemDelegate and FileSystemTreeWidgetItem: the pieces of
+ * a folder tree.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QColor>
@@ -30,6 +36,7 @@ class ORVACAT_EXPORT OrvaTreeWidget : public QTreeWidget
     Q_OBJECT
 
 public:
+    /** An empty tree without highlight colours; call setBackgroundColor() for the highlight. */
     explicit OrvaTreeWidget(QWidget* parent = nullptr);
 
     /** The highlight colours of the selected row and of the hovered row. */
@@ -49,8 +56,11 @@ Q_SIGNALS:
     void sigKeyPressEvent(QKeyEvent* event);
 
 protected:
+    /** Paints the rounded highlight first, and non-checkable rows in the disabled look. */
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /** Emits sigKeyPressEvent() first. */
     void keyPressEvent(QKeyEvent* event) override;
+    /** Emits sigMouseRightClickEvent() first for a right-button press. */
     void mousePressEvent(QMouseEvent* event) override;
     /**
      * Re-announces the current item (set away and back), or makes the first
@@ -79,7 +89,9 @@ class ORVACAT_EXPORT ItemDelegate : public QItemDelegate
 public:
     ItemDelegate();
 
+    /** The base width at a height of 28 (scaled) pixels. */
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /** Gives a line edit the file-name validator, the "component.tree_item" look and the whole text selected. */
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
 
 Q_SIGNALS:
@@ -87,7 +99,9 @@ Q_SIGNALS:
     void sigKeyPressed(QKeyEvent* event);
 
 protected:
+    /** Emits sigKeyPressed() for Escape in an editor first. */
     bool eventFilter(QObject* object, QEvent* event) override;
+    /** Stores @p rect in g_check_rect first. */
     void drawCheck(QPainter* painter, const QStyleOptionViewItem& option, const QRect& rect,
                    Qt::CheckState state) const override;
 };
