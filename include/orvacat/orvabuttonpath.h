@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVABUTTONPATH_H
 #define ORVACAT_ORVABUTTONPATH_H
 
+/**
+ * @file
+ * OrvaButtonPath, the breadcrumb bar of a folder path. Its pictures and looks
+ * come from the registries, so initialize them before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QList>
@@ -27,6 +33,7 @@ class ORVACAT_EXPORT OrvaButtonPath : public QTableWidget
     Q_OBJECT
 
 public:
+    /** An empty bar, 28 (scaled) pixels high; show a path with refresh(). */
     explicit OrvaButtonPath(QWidget* parent = nullptr);
     ~OrvaButtonPath() override;
 
@@ -43,10 +50,17 @@ public:
     void setChangeFolderBtn(int totalWidth);
 
 public Q_SLOTS:
+    /** refresh(@p path), for connecting a host's path-changed signal. */
     void slotUpdatePath(QString path);
+    /** Emits sigUpdatePath() with getPath(@p column). */
     void slotPathBarClicked(int column);
 
 Q_SIGNALS:
+    /**
+     * The path up to the element the user clicked, on the bar or in the
+     * change-folder menu ("a/b", no leading slash). The bar does not change
+     * by itself: the host answers with refresh() or slotUpdatePath().
+     */
     void sigUpdatePath(QString path);
 
 private:

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVACOMBOBOX_H
 #define ORVACAT_ORVACOMBOBOX_H
 
+/**
+ * @file
+ * OrvaComboBox, the combo box in the theme's look. Its looks come from the
+ * style sheet registry, so initialize that before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QComboBox>
@@ -15,6 +21,7 @@ class ORVACAT_EXPORT OrvaComboBox : public QComboBox
     Q_OBJECT
 
 public:
+    /** An empty combo box with its style sheet and popup delegate set. */
     explicit OrvaComboBox(QWidget* parent = nullptr);
 };
 

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVAFILTERBAR_H
 #define ORVACAT_ORVAFILTERBAR_H
 
+/**
+ * @file
+ * OrvaFilterBar, the search field with its search-options button. Its picture
+ * and looks come from the registries, so initialize them before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QLineEdit>
@@ -20,18 +26,22 @@ class ORVACAT_EXPORT OrvaFilterBar : public QLineEdit
     Q_OBJECT
 
 public:
+    /** An empty field, 28 (scaled) pixels high, whose search button has no menu yet. */
     explicit OrvaFilterBar(QWidget* parent = nullptr);
 
     /** Gives the search button a drop-down menu; the menu stays the caller's. */
     void setMenu(QMenu* menu);
 
 public Q_SLOTS:
+    /** Emits sigKeywordChanged() with the current text; Return calls it. */
     void slotKeywordChange();
 
 Q_SIGNALS:
+    /** The field's text when the user pressed Return, empty included, even if unchanged. */
     void sigKeywordChanged(QString keyword);
 
 protected:
+    /** Takes Down to open the search button's menu, if any; other keys go to the field. */
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
