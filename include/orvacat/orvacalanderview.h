@@ -39,16 +39,16 @@ class ORVACAT_EXPORT OrvaCalanderView : public QAbstractItemView
 public:
     /**
      * The calendar on the current month, weeks from Sunday, with the today
-     * button under it; captions come from the component strings now.
+     * button under it; its captions are read from the component strings now.
      */
     explicit OrvaCalanderView(QWidget* parent = nullptr);
     ~OrvaCalanderView() override;
 
     /** Turns the calendar to @p month (1..12) of @p year without selecting a date. */
     void setCurrentPage(int year, int month);
-    /** Days before @p date cannot be picked in the grid; the today button still can. */
+    /** Days before @p date cannot be picked in the grid; the today button still picks today. */
     void setMinimumDate(const QDate& date);
-    /** Days after @p date cannot be picked in the grid; the today button still can. */
+    /** Days after @p date cannot be picked in the grid; the today button still picks today. */
     void setMaximumDate(const QDate& date);
 
     /** Tab and Backtab in the year button, year editor, day grid and today button walk the view's own chain. */

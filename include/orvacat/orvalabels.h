@@ -28,7 +28,7 @@ public:
     explicit OrvaLabel(const QString& text, QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
 protected:
-    /** Raises or lowers the minimum height to the wrapped text's height at the new width. */
+    /** With word wrap and a Minimum vertical policy, sets the minimum height to the wrapped text's height at the new width. */
     void resizeEvent(QResizeEvent* event) override;
 };
 

@@ -35,7 +35,7 @@ public:
     /**
      * Prefer createMask(). Takes @p child into the mask's layout and stays
      * hidden until the child is shown (or shows at once if the child already
-     * was); @p parent should be the window, which must not be null.
+     * was); @p parent should be the window itself.
      */
     OrvaMask(QWidget* child, QWidget* parent, QColor colour);
     ~OrvaMask() override;
