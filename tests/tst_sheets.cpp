@@ -292,15 +292,20 @@ void TestSheets::textsAndHeightFollowingWidth()
     sheet.setMessageType(OrvaMessageSheet::WarningMessage);
     QCOMPARE(line->styleSheet(), getStyleSheet("component.message_sheet_informative_text", false));
 
-    // The informative line sits below the text, and goes with an empty text.
+    // The informative line goes with an empty text.
     m_window->show();
     sheet.showSheet();
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    QTRY_VERIFY(line->geometry().top() >= text->geometry().bottom() + TestEnvironment::scaled(6));
+    // The text starts 20 pixels inside the 22-pixel band (26 inside 29 at 4/3); the line below it.
+    QTRY_COMPARE(text->mapTo(&sheet, QPoint()).y(), atScreen(42, 55));
+    QTRY_COMPARE(line->y(), text->y() + text->height() + TestEnvironment::scaled(6));
     const int withLine = sheet.sizeHint().height();
     sheet.setInformativeText(QString());
     QTRY_VERIFY(line.isNull());
     QVERIFY(sheet.sizeHint().height() < withLine);
+    // The buttons 20 pixels below the (taller than the icon) text, 26 at 4/3.
+    QWidget* buttonBox = sheet.button(QMessageBox::Ok)->parentWidget();
+    QTRY_COMPARE(buttonBox->y() - text->y() - text->height(), atScreen(20, 26));
 
     // The text is exactly as tall as it needs at its width, also when it gets wider again.
     QTRY_COMPARE(text->height(), text->heightForWidth(text->width()));
