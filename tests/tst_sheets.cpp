@@ -292,13 +292,14 @@ void TestSheets::textsAndHeightFollowingWidth()
     sheet.setMessageType(OrvaMessageSheet::WarningMessage);
     QCOMPARE(line->styleSheet(), getStyleSheet("component.message_sheet_informative_text", false));
 
-    // The informative line goes with an empty text.
+    // Neither comes up with the window, only when asked.
     m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window) && !sheet.isVisible() && !input.isVisible());
     sheet.showSheet();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
     // The text starts 20 pixels inside the 22-pixel band (26 inside 29 at 4/3); the line below it.
     QTRY_COMPARE(text->mapTo(&sheet, QPoint()).y(), atScreen(42, 55));
     QTRY_COMPARE(line->y(), text->y() + text->height() + TestEnvironment::scaled(6));
+    // An empty informative text takes the line away.
     const int withLine = sheet.sizeHint().height();
     sheet.setInformativeText(QString());
     QTRY_VERIFY(line.isNull());
