@@ -19,6 +19,9 @@ int main(int argc, char** argv)
         {"BM_StyleManagerInitialize/Scanner", "BM_StyleManagerInitialize/RegExp", 0.2},
         // The floor is the bare cost of loading and smooth-scaling the same files.
         {"BM_ImageManagerInitialize/Eager", "BM_ImageFloor/LoadAndScale", 1.2},
+        // Built and destroyed, with the same content and parent as the Qt dialog.
+        {"BM_BuildQuestion/Sheet", "BM_BuildQuestion/QMessageBox", 1.35},
+        {"BM_BuildInput/Sheet", "BM_BuildInput/QInputDialog", 1.35},
     });
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
