@@ -21,8 +21,6 @@
 #include <QTemporaryDir>
 #include <QWidget>
 
-#include <memory>
-
 namespace {
 
 const QString text = QStringLiteral("Do you want to save the changes to \"Quarterly report.xlsx\" before closing?");
@@ -31,19 +29,20 @@ const QString prompt = QStringLiteral("Name of the new folder:");
 
 // The host's window as the sheets find it: themed, shown, at its usual size.
 // The theme is installed on the first use, as the benchmarks before these
-// point the registries at folders of their own.
+// point the registries at folders of their own. The window is left to the
+// end of the program: a static owner would delete it after the application.
 QWidget* hostWindow()
 {
     static QTemporaryDir userData;
-    static std::unique_ptr<QWidget> window;
+    static QWidget* window = nullptr;
     if (!window) {
         ThemeFiles::install(ThemeFiles::buildTreeThemeDir(), userData.path(), QStringLiteral("enu"));
-        window.reset(new QWidget);
+        window = new QWidget;
         const double factor = DPIinfo::getInstance()->getDPI();
         window->resize(int(900 * factor), int(600 * factor));
         window->show();
     }
-    return window.get();
+    return window;
 }
 
 QString caption(const char* key)
