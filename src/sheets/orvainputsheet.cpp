@@ -28,6 +28,10 @@ OrvaInputSheetPrivate::OrvaInputSheetPrivate(OrvaInputSheet* sheet)
 
 void OrvaInputSheetPrivate::initialize()
 {
+    // The sheet's own style sheet first, while the button box is empty:
+    // restyled, a button box restyles each of its buttons. The buttons' sheets
+    // follow before anything is polished.
+    q->setStyleSheet(getStyleSheet("component.message_sheet_other", false));
     setStandardButtons(QMessageBox::Ok | QMessageBox::Discard);
     if (QPushButton* ok = button(QMessageBox::Ok)) {
         ok->setText(ComponentStrings::getInstance()->getString(QStringLiteral("ok")));
@@ -38,12 +42,20 @@ void OrvaInputSheetPrivate::initialize()
         cancel->setText(ComponentStrings::getInstance()->getString(QStringLiteral("cancel")));
         cancel->setStyleSheet(getStyleSheet("component.cancel_button", false));
     }
-    q->setStyleSheet(getStyleSheet("component.message_sheet_other", false));
     QObject::connect(buttonBox, &QDialogButtonBox::clicked, q, &OrvaInputSheet::buttonClick, Qt::UniqueConnection);
-    setupLayout();
     // Tab on these must go round the sheet, not on to the window behind the mask.
     for (QWidget* stop : focusStops())
         stop->installEventFilter(q);
+}
+
+void OrvaInputSheetPrivate::setText(const QString& text)
+{
+    // The template is scaled before the prompt goes in: the user's words stay as written.
+    label->setText(
+        DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral("<p style='line-height: 20px;'>%1</p>")).arg(text));
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignTop);
+    label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
 }
 
 QList<QWidget*> OrvaInputSheetPrivate::focusStops() const
@@ -80,7 +92,10 @@ void OrvaInputSheetPrivate::setupLayout()
     layout->setSpacing(0);
 
     lineEdit->setFixedHeight(scaled(28));
-    lineEdit->setStyleSheet(getStyleSheet("component.lineedit", false));
+    // Set again, even unchanged, a sheet polishes the field again.
+    const QString lineEditSheet = getStyleSheet("component.lineedit", false);
+    if (lineEdit->styleSheet() != lineEditSheet)
+        lineEdit->setStyleSheet(lineEditSheet);
 
     layout->addWidget(label);
     layout->addSpacing(scaled(8));
@@ -125,15 +140,23 @@ OrvaInputSheet::OrvaInputSheet(QWidget* parent)
     , m_blockWindowButton(true)
 {
     d->initialize();
+    d->setupLayout();
     // Not shown with its window: only showSheet() and exec() bring it up.
     if (!isWindow())
         hide();
 }
 
+// Laid out once, with the prompt: every pass lays out its text again.
 OrvaInputSheet::OrvaInputSheet(const QString& text, QWidget* parent)
-    : OrvaInputSheet(parent)
+    : OrvaSheet(parent)
+    , d(new OrvaInputSheetPrivate(this))
+    , m_blockWindowButton(true)
 {
-    setText(text);
+    d->initialize();
+    d->setText(text);
+    d->setupLayout();
+    if (!isWindow())
+        hide();
 }
 
 OrvaInputSheet::~OrvaInputSheet()
@@ -143,12 +166,7 @@ OrvaInputSheet::~OrvaInputSheet()
 
 void OrvaInputSheet::setText(const QString& text)
 {
-    // The template is scaled before the prompt goes in: the user's words stay as written.
-    d->label->setText(
-        DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral("<p style='line-height: 20px;'>%1</p>")).arg(text));
-    d->label->setWordWrap(true);
-    d->label->setAlignment(Qt::AlignTop);
-    d->label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+    d->setText(text);
     d->setupLayout();
 }
 

@@ -26,7 +26,10 @@ class OrvaInputSheetPrivate : public QObject
 public:
     explicit OrvaInputSheetPrivate(OrvaInputSheet* sheet);
 
+    /** Styles and buttons; the caller lays the sheet out. */
     void initialize();
+    /** The prompt, without a new layout. */
+    void setText(const QString& text);
     void setupLayout();
     int getPreferredWidth();
     void setStandardButtons(QMessageBox::StandardButtons buttons);

@@ -29,6 +29,14 @@ QString scaledParagraph(int lineHeight, const QString& text)
     return DPIinfo::getInstance()->getScaledStyleSheet(paragraph).arg(text);
 }
 
+// Setting a widget's sheet again, even the same one, polishes it again.
+void setStyleSheetOnce(QWidget* widget, const char* key)
+{
+    const QString sheet = getStyleSheet(key, false);
+    if (widget->styleSheet() != sheet)
+        widget->setStyleSheet(sheet);
+}
+
 } // namespace
 
 // ---------------------------------------------------------------------------
@@ -95,6 +103,17 @@ void OrvaMessageSheetPrivate::initialize()
 
 void OrvaMessageSheetPrivate::initialize(const MsgBoxCustomBtnText& captions)
 {
+    // Every style is in place before anything is polished (the layout's
+    // adjustSize() polishes): a style sheet set on a polished widget polishes
+    // it and its children again, and a new style on the button box restyles
+    // each of its buttons. Hence the sheet's own sheet and the button box's
+    // style before the buttons exist, and the children's sheets before the
+    // layout; on a second run only what changed is set again.
+    const bool processing = type == OrvaMessageSheet::AppMessage || type == OrvaMessageSheet::ProcessingMessage;
+    setStyleSheetOnce(q, processing ? "component.message_sheet_processing" : "component.message_sheet_other");
+    if (!buttonBox->testAttribute(Qt::WA_SetStyle))
+        buttonBox->setStyle(buttonStyle);
+
     const char* iconKey = nullptr;
     QMessageBox::StandardButtons buttons = QMessageBox::NoButton;
     switch (type) {
@@ -137,36 +156,65 @@ void OrvaMessageSheetPrivate::initialize(const MsgBoxCustomBtnText& captions)
         }
         ok->setText(caption);
         ok->setDefault(true);
-        ok->setStyleSheet(getStyleSheet("component.apply_button", false));
+        setStyleSheetOnce(ok, "component.apply_button");
         ok->setFixedHeight(scaled(28));
         ok->setMinimumWidth(scaled(120));
+        ok->installEventFilter(q);
     }
     if (QPushButton* cancel = button(QMessageBox::Discard)) {
         cancel->setText(captions.cancelText.isEmpty() ? ComponentStrings::getInstance()->getString(QStringLiteral("cancel"))
                                                       : captions.cancelText);
-        cancel->setStyleSheet(getStyleSheet("component.cancel_button", false));
+        setStyleSheetOnce(cancel, "component.cancel_button");
         cancel->setFixedHeight(scaled(28));
         cancel->setMinimumWidth(scaled(80));
+        cancel->installEventFilter(q);
     }
-
-    const bool processing = type == OrvaMessageSheet::AppMessage || type == OrvaMessageSheet::ProcessingMessage;
-    q->setStyleSheet(getStyleSheet(processing ? "component.message_sheet_processing" : "component.message_sheet_other", false));
 
     QObject::connect(buttonBox, &QDialogButtonBox::clicked, q, &OrvaMessageSheet::buttonClick, Qt::UniqueConnection);
-    buttonBox->setStyle(buttonStyle);
-
-    setupLayout();
 
     label->installEventFilter(q);
-    label->setStyleSheet(getStyleSheet("component.message_sheet_text", false));
+    setStyleSheetOnce(label, "component.message_sheet_text");
     if (informativeLabel) {
         informativeLabel->installEventFilter(q);
-        informativeLabel->setStyleSheet(getStyleSheet("component.message_sheet_informative_text", false));
+        setStyleSheetOnce(informativeLabel, "component.message_sheet_informative_text");
     }
-    if (QPushButton* ok = button(QMessageBox::Ok))
-        ok->installEventFilter(q);
-    if (QPushButton* cancel = button(QMessageBox::Discard))
-        cancel->installEventFilter(q);
+}
+
+void OrvaMessageSheetPrivate::setText(const QString& text)
+{
+    label->setText(scaledParagraph(24, text));
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignTop);
+    label->setFocusPolicy(Qt::StrongFocus);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    label->setOpenExternalLinks(true);
+    label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+}
+
+void OrvaMessageSheetPrivate::setInformativeText(const QString& text)
+{
+    if (text.isEmpty()) {
+        if (informativeLabel) {
+            informativeLabel->hide();
+            informativeLabel->deleteLater();
+            informativeLabel = nullptr;
+        }
+        return;
+    }
+    if (!informativeLabel) {
+        informativeLabel = new MessageLabel(q);
+        informativeLabel->setTextInteractionFlags(
+            Qt::TextInteractionFlags(q->style()->styleHint(QStyle::SH_MessageBox_TextInteractionFlags, nullptr, q)));
+        informativeLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        informativeLabel->setOpenExternalLinks(true);
+        informativeLabel->setWordWrap(true);
+        informativeLabel->setFocusPolicy(Qt::StrongFocus);
+        informativeLabel->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+        // It takes the sheet's style sheet, but Tab on it must stay in the
+        // sheet like on every other focusable part.
+        informativeLabel->installEventFilter(q);
+    }
+    informativeLabel->setText(scaledParagraph(20, text));
 }
 
 void OrvaMessageSheetPrivate::startHidden()
@@ -271,6 +319,9 @@ QPushButton* OrvaMessageSheetPrivate::button(QMessageBox::StandardButton which) 
 
 // ---------------------------------------------------------------------------
 
+// The constructors lay the sheet out once, with all its parts: every pass
+// lays out the labels' text again.
+
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const MsgBoxCustomBtnText& captions,
                                    QWidget* parent)
     : OrvaSheet(parent)
@@ -279,7 +330,8 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const 
 {
     d->type = type;
     d->initialize(captions);
-    setText(text);
+    d->setText(text);
+    d->setupLayout();
     d->startHidden();
 }
 
@@ -290,6 +342,7 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, QWidget* parent)
 {
     d->type = type;
     d->initialize();
+    d->setupLayout();
     d->startHidden();
 }
 
@@ -300,9 +353,17 @@ OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, QWidge
 
 OrvaMessageSheet::OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText,
                                    QWidget* parent)
-    : OrvaMessageSheet(type, text, parent)
+    : OrvaSheet(parent)
+    , d(new OrvaMessageSheetPrivate(this))
+    , m_blockWindowButton(true)
 {
-    setInformativeText(informativeText);
+    d->type = type;
+    d->initialize();
+    d->setText(text);
+    // Made after the initialisation, the label keeps the sheet's style sheet.
+    d->setInformativeText(informativeText);
+    d->setupLayout();
+    d->startHidden();
 }
 
 OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent)
@@ -316,7 +377,8 @@ OrvaMessageSheet::OrvaMessageSheet(const QString& text, const QString& moviePath
     const int n = qRound(DPIinfo::getInstance()->getDPI() * 32);
     d->movie->setScaledSize(QSize(n, n));
     d->iconLabel->setMovie(d->movie);
-    setText(text);
+    d->setText(text);
+    d->setupLayout();
     d->startHidden();
 }
 
@@ -331,41 +393,13 @@ OrvaMessageSheet::~OrvaMessageSheet()
 
 void OrvaMessageSheet::setText(const QString& text)
 {
-    d->label->setText(scaledParagraph(24, text));
-    d->label->setWordWrap(true);
-    d->label->setAlignment(Qt::AlignTop);
-    d->label->setFocusPolicy(Qt::StrongFocus);
-    d->label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse
-                                      | Qt::LinksAccessibleByKeyboard);
-    d->label->setOpenExternalLinks(true);
-    d->label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+    d->setText(text);
     d->setupLayout();
 }
 
 void OrvaMessageSheet::setInformativeText(const QString& text)
 {
-    if (text.isEmpty()) {
-        if (d->informativeLabel) {
-            d->informativeLabel->hide();
-            d->informativeLabel->deleteLater();
-            d->informativeLabel = nullptr;
-        }
-    } else {
-        if (!d->informativeLabel) {
-            d->informativeLabel = new MessageLabel(this);
-            d->informativeLabel->setTextInteractionFlags(Qt::TextInteractionFlags(
-                style()->styleHint(QStyle::SH_MessageBox_TextInteractionFlags, nullptr, this)));
-            d->informativeLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-            d->informativeLabel->setOpenExternalLinks(true);
-            d->informativeLabel->setWordWrap(true);
-            d->informativeLabel->setFocusPolicy(Qt::StrongFocus);
-            d->informativeLabel->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
-            // It takes the sheet's style sheet, but Tab on it must stay in
-            // the sheet like on every other focusable part.
-            d->informativeLabel->installEventFilter(this);
-        }
-        d->informativeLabel->setText(scaledParagraph(20, text));
-    }
+    d->setInformativeText(text);
     d->setupLayout();
 }
 
@@ -379,6 +413,7 @@ void OrvaMessageSheet::setMessageType(MessageType type)
 {
     d->type = type;
     d->initialize();
+    d->setupLayout();
 }
 
 void OrvaMessageSheet::setDefaultButton(QPushButton* button)

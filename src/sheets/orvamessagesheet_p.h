@@ -66,8 +66,12 @@ class OrvaMessageSheetPrivate : public QObject
 public:
     explicit OrvaMessageSheetPrivate(OrvaMessageSheet* sheet);
 
+    /** Styles, icon and buttons for the type; the caller lays the sheet out. */
     void initialize(const MsgBoxCustomBtnText& captions);
     void initialize();
+    /** The texts' labels, without a new layout. */
+    void setText(const QString& text);
+    void setInformativeText(const QString& text);
     void startHidden();
     void followContentHeight();
     void setupLayout();
