@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void sixteenStartsGiveOnePrimaryAndEveryMessageOnce();
     void primaryRolePassesOn();
     void sendsThePublishedFraming();
+    void primaryOutlastsFloodsAndSlowSenders();
 
 private:
     Probe* start(const QString& id, const QStringList& extra = QStringList())
@@ -215,6 +217,50 @@ void TestSingleApplication::sendsThePublishedFraming()
     QVERIFY(lock.lock(QtLockedFile::NoLock) && !lock.isLocked() && lock.unlock()); // nothing left to release
     startPrimary(names.applicationId());
     QVERIFY(!lock.lock(QtLockedFile::ReadLock, false));
+}
+
+void TestSingleApplication::primaryOutlastsFloodsAndSlowSenders()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("needs prlimit() and /proc to hold the primary to few descriptors and read its size");
+#else
+    const QString id = QStringLiteral("org.orvacat.flood");
+    Probe* primary = startPrimary(id);
+    const rlimit few{64, 64};
+    QVERIFY(::prlimit(pid_t(primary->processId()), RLIMIT_NOFILE, &few, nullptr) == 0);
+    const auto mapped = [primary] { // the most address space the primary ever had, in MiB
+        QFile status(QStringLiteral("/proc/%1/status").arg(primary->processId()));
+        status.open(QIODevice::ReadOnly);
+        const QByteArray text = status.readAll();
+        return text.mid(text.indexOf("VmPeak:") + 7).trimmed().split(' ').value(0).toLongLong() >> 10;
+    };
+    const qint64 before = mapped();
+    const QString name = Peer(nullptr, id).name();
+    std::vector<std::unique_ptr<QLocalSocket>> flood;
+    for (int i = 0; i < 16; ++i) // each promises 64 MiB and sends 64 KiB of it
+        flood.push_back(publishedSender(name, QByteArray("\x04\0\0\0", 4) + QByteArray(1 << 16, 'x'), false));
+    auto slow = publishedSender(name, QByteArray("\0\0\0\x64" "a", 5), false);
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 100; ++i) { // more than the primary may have open
+        flood.push_back(std::make_unique<QLocalSocket>());
+        flood.back()->connectToServer(name);
+    }
+    // A byte every half second does not keep the slow one connected past the deadline.
+    for (int i = 0; i < 16 && slow->state() == QLocalSocket::ConnectedState; ++i) {
+        slow->write("a");
+        QTest::qWait(500);
+    }
+    QVERIFY2(clock.elapsed() > 4000 && clock.elapsed() < 7000, qPrintable(QString::number(clock.elapsed())));
+    const auto connected = [](const std::unique_ptr<QLocalSocket>& s) { return s->state() == QLocalSocket::ConnectedState; };
+    QTRY_COMPARE_WITH_TIMEOUT(std::count_if(flood.cbegin(), flood.cend(), connected), std::ptrdiff_t(0), 3000);
+    QVERIFY2(mapped() - before < 256, qPrintable(QString::number(mapped() - before)));
+
+    // Still listening: the next start's message arrives.
+    QVERIFY(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + name));
+    startSender(id, "after the flood", QStringLiteral("3"));
+    QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), QStringList{printed("after the flood")}, timeout);
+#endif
 }
 
 ORVACAT_TEST_MAIN(TestSingleApplication)

@@ -17,7 +17,9 @@ class QLocalServer;
  * The id defaults to the executable's path; processes of one user with the
  * same id meet, whatever library they were built with, as long as they speak
  * the same framing (a big-endian 32-bit byte count, the UTF-8 text, answered
- * by "ack").
+ * by "ack"). The primary takes at most 32 connections at once and messages
+ * of up to 16 MiB, each complete within 5 seconds of connecting; anything
+ * else is dropped with a warning.
  */
 class ORVACAT_EXPORT QtLocalPeer : public QObject
 {

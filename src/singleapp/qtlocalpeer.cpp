@@ -12,8 +12,8 @@
 #include <QTimer>
 #include <QtEndian>
 
+#include <atomic>
 #include <functional>
-#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,10 +23,22 @@ const char ack[] = "ack";
 const int ackSize = 3;
 const int countSize = 4;
 
-// How long a connection may stay silent before its message is given up, and
-// how long the sender gets to hang up after the acknowledgement.
-const int readIdleTimeout = 10000;
+// A message must be complete within the time a sender waits by default,
+// counted from the connection: a byte now and then does not buy more time.
+// After the acknowledgement the sender gets a second to hang up.
+const int messageDeadline = 5000;
 const int hangUpTimeout = 1000;
+
+// Any local process can connect, so what the primary gives strangers is
+// bounded: connections served at once (the rest are hung up on arrival, so
+// that the descriptors needed to accept the next start are never used up),
+// the size of one message, and the bytes held for all unfinished messages.
+// Counts are only promises; a body grows with what really arrives.
+const int maxConnections = 32;
+const qint64 maxMessageSize = 16 << 20;
+const qint64 maxBufferedTotal = 64 << 20;
+std::atomic<int> openConnections{0};
+std::atomic<qint64> bufferedBytes{0};
 
 /**
  * One message arriving on one connection. The receiving side reads the
@@ -47,7 +59,8 @@ public:
         QObject::connect(m_socket, &QLocalSocket::readyRead, this, [this] { read(); });
         QObject::connect(m_socket, &QLocalSocket::disconnected, this, [this] { senderGone(); });
         QObject::connect(&m_timer, &QTimer::timeout, this, [this] { timedOut(); });
-        m_timer.start(readIdleTimeout);
+        ++openConnections;
+        m_timer.start(messageDeadline);
         // Data and hang-up that came before this object was connected: looked
         // at from the event loop, never inside receiveConnection().
         QMetaObject::invokeMethod(this, [this] {
@@ -57,6 +70,12 @@ public:
             if (m_socket->state() == QLocalSocket::UnconnectedState)
                 senderGone();
         }, Qt::QueuedConnection);
+    }
+
+    ~IncomingMessage() override
+    {
+        --openConnections;
+        bufferedBytes -= m_body.size();
     }
 
 private:
@@ -76,19 +95,23 @@ private:
             m_socket->read(count, countSize);
             m_expected = qFromBigEndian<quint32>(count);
             m_haveCount = true;
-            // More than a QByteArray can hold is not a message this side can take.
-            if (m_expected > quint32(std::numeric_limits<int>::max() - 64)) {
+            if (m_expected > maxMessageSize) {
                 fail(QStringLiteral("message too large"));
                 return;
             }
         }
-        const qint64 missing = qint64(m_expected) - m_body.size();
-        if (missing > 0)
-            m_body += m_socket->read(missing);
-        if (m_body.size() < qint64(m_expected)) {
-            m_timer.start(readIdleTimeout);
-            return;
+        // Only what has arrived: read(missing) would allocate the promised size up front.
+        const qint64 chunk = qMin(qint64(m_expected) - m_body.size(), m_socket->bytesAvailable());
+        if (chunk > 0) {
+            if (bufferedBytes + chunk > maxBufferedTotal) {
+                fail(QStringLiteral("too many bytes pending"));
+                return;
+            }
+            bufferedBytes += chunk;
+            m_body += m_socket->read(chunk);
         }
+        if (m_body.size() < qint64(m_expected))
+            return;
         m_phase = Acknowledged;
         if (m_socket->state() == QLocalSocket::ConnectedState) {
             m_socket->write(ack, ackSize);
@@ -119,6 +142,9 @@ private:
 
     void timedOut()
     {
+        // A busy event loop may have let the timer fire before the last bytes were read.
+        if (m_phase == Reading)
+            read();
         if (m_phase == Reading) {
             fail(QStringLiteral("timed out after %1 bytes of %2").arg(m_body.size()).arg(m_expected));
             return;
@@ -309,6 +335,16 @@ void QtLocalPeer::receiveConnection()
     auto deliver = [this](const QString& message) {
         QMetaObject::invokeMethod(this, [this, message] { Q_EMIT messageReceived(message); }, Qt::QueuedConnection);
     };
-    while (QLocalSocket* socket = server->nextPendingConnection())
-        new IncomingMessage(socket, deliver);
+    int shed = 0;
+    while (QLocalSocket* socket = server->nextPendingConnection()) {
+        if (openConnections < maxConnections) {
+            new IncomingMessage(socket, deliver);
+            continue;
+        }
+        socket->abort();
+        delete socket;
+        ++shed;
+    }
+    if (shed > 0)
+        qWarning("QtLocalPeer: Too many connections, %d dropped", shed);
 }
