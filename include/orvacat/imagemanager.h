@@ -97,7 +97,7 @@ private:
         bool loaded = false;
     };
 
-    void loadEntry(ImageEntry& entry);
+    ORVACAT_NO_EXPORT void loadEntry(ImageEntry& entry);
 
     InitializeType m_initializeType;
     QString m_imageFolder;

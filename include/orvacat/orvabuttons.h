@@ -31,7 +31,7 @@ public:
      * A parentless button showing @p text in the look of @p role; a layout
      * adopts it.
      */
-    OrvaButton(const QString& text, int role = 4);
+    explicit OrvaButton(const QString& text, int role = 4);
 };
 
 /**
@@ -83,8 +83,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void showStateIcon(const QIcon& icon);
-    void setIconSizeFrom(const QPixmap& pixmap);
+    ORVACAT_NO_EXPORT void showStateIcon(const QIcon& icon);
+    ORVACAT_NO_EXPORT void setIconSizeFrom(const QPixmap& pixmap);
 
     QIcon m_defaultIcon;
     QIcon m_pressIcon;

@@ -107,7 +107,7 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    void showMonthName(int month);
+    ORVACAT_NO_EXPORT void showMonthName(int month);
 
     QCalendarWidget* m_calendar = nullptr;
     QTableWidget* m_weekdayHeader = nullptr;

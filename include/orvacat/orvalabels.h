@@ -73,7 +73,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    void setHoverLook(bool on);
+    ORVACAT_NO_EXPORT void setHoverLook(bool on);
 
     QString m_hyperLink;
     bool m_hoverLook = false;

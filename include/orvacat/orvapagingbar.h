@@ -142,7 +142,7 @@ Q_SIGNALS:
     void sigRefresh();
 
 private:
-    OrvaPagingModel* model();
+    ORVACAT_NO_EXPORT OrvaPagingModel* model();
     int pageCount();
 
     QPointer<OrvaPagingModel> m_model;

@@ -91,7 +91,7 @@ public:
      * rows. The rows are read-only and selected whole, 28 (scaled) pixels
      * high.
      */
-    OrvaTableWidget(const OrvaTableColumnsInfo& columns, QWidget* parent = nullptr);
+    explicit OrvaTableWidget(const OrvaTableColumnsInfo& columns, QWidget* parent = nullptr);
     ~OrvaTableWidget() override;
 
     /** The body table (a ResizeSignalTableWidget) with one column per description. */
