@@ -54,8 +54,10 @@ int execBox(QMessageBox::Icon icon, const QString& title, const QString& text, c
     box.setText(text);
     if (!informativeText.isEmpty())
         box.setInformativeText(informativeText);
-    box.setStandardButtons(buttons);
+    // Before the buttons: the box shows (and so polishes) them as it makes
+    // them, and a sheet set later would polish them again.
     box.setStyleSheet(getStyleSheet(styleKey, false));
+    box.setStandardButtons(buttons);
     styleOkButton(box, captions.okText);
     styleCancelButton(box, captions.cancelText);
     return box.exec();

@@ -12,8 +12,9 @@ OrvaCountdownMessageBox::OrvaCountdownMessageBox(int seconds, QWidget* parent)
     connect(&m_timer, &QTimer::timeout, this, &OrvaCountdownMessageBox::slotTick);
     m_timer.setInterval(1000);
 
-    setStandardButtons(QMessageBox::Ok | QMessageBox::Discard);
+    // The box's sheet before its buttons, which are polished as they are made.
     setStyleSheet(getStyleSheet("component.info_message_box", false));
+    setStandardButtons(QMessageBox::Ok | QMessageBox::Discard);
     button(QMessageBox::Ok)->setStyleSheet(getStyleSheet("component.apply_button", false));
     QAbstractButton* cancel = button(QMessageBox::Discard);
     cancel->setStyleSheet(getStyleSheet("component.cancel_button", false));
