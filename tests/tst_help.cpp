@@ -215,13 +215,15 @@ private Q_SLOTS:
                 respond(socket, 200, "<html><body><h1>Help</h1><p>Sorry. Fail to get help content.</p></body></html>");
             else if (failure == "cut")
                 socket->write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n<p>"), socket->disconnectFromHost();
+            else if (failure == "deep") // nested beyond what the layout takes in reasonable time
+                respond(socket, 200, QByteArray("<table><tr><td>").repeated(20000) + "<img src=\"deep.png\">");
             else if (failure == "overtaken")
                 std::exchange(overtakenAsked, true) ? respond(socket, 200, "<p>newer page</p>") : void(overtakenSocket = socket);
         }; // "silent" is never answered
         struct Case { const char *failure, *language, *link, *folder; QByteArray shown; };
         const Case cases[] = {{"silent", "fra", "page.html", "fre", kFrenchText}, {"refused", "tha", "page.html", "enu", kEnglishText},
                               {"status", "jpn", "page.html", "enu", kEnglishText}, {"cut", "deu", "page.html", "enu", kEnglishText},
-                              {"errortext", "fra", "page.html", "fre", kFrenchText},
+                              {"errortext", "fra", "page.html", "fre", kFrenchText}, {"deep", "enu", "page.html", "enu", kEnglishText},
                               {"errortext", "fra", "absent.html", "enu", QByteArray()}};
         const qint64 started = QDateTime::currentMSecsSinceEpoch();
         QList<ProbeHelpWindow*> windows;
@@ -282,6 +284,20 @@ private Q_SLOTS:
             QCOMPARE(view.searchPaths(), (alone ? QStringList{"/help/pages"} : QStringList{m_cache, "/help/pages"}));
             QTRY_VERIFY(view.pendingDownloads().isEmpty()); // port 1 refuses
         }
+        // Ten nested tables and 256 nested elements are laid out; deeper nesting is shown as its bare text.
+        const QString tables = QString("<table><tr><td>").repeated(10), elements = QString("<p><div>").repeated(256);
+        warnings.clear();
+        const std::pair<QString, bool> nestings[] = {{tables, true}, {elements, true}, {tables + "<table>", false},
+                                                     {elements + "<b>", false}, {QString("<table><tr><td>").repeated(20000), false}};
+        for (const auto& [html, shown] : nestings) {
+            HtmlTextBrowser view;
+            view.setText(page + html + "<img src=\"deep.png\">the end");
+            QCOMPARE(view.pendingDownloads().keys(), shown ? QStringList{base + "deep.png"} : QStringList());
+            QCOMPARE(view.toPlainText().trimmed(), QString(shown ? "\ufffcthe end" : "the end"));
+            view.document()->setTextWidth(300); // laid out in good time
+            QVERIFY(view.document()->size().height() > 0);
+        }
+        QCOMPARE(warnings.count(), 3);
     }
 
     void downloadsOfAPage()

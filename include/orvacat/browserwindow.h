@@ -17,7 +17,8 @@ class QTimer;
  * error, no answer within 10 seconds (the request is then aborted), or a
  * body containing "Fail to get help content" calls fallbackOffline()
  * instead, which subclasses override to show local content. Bodies larger
- * than maxContentSize() are cut off and count as a network error.
+ * than maxContentSize() are cut off and count as a network error, and so
+ * does a page nested deeper than the view lays out (see HtmlTextBrowser::setText()).
  *
  * The window is application-modal and does not show itself.
  */

@@ -97,6 +97,11 @@ public:
      * Shows @p text (rich or plain, as Qt::mightBeRichText decides) and, for
      * HTML with a base tag, starts the image downloads. Hides
      * QTextEdit::setText(); the text is shown unchanged, base tag included.
+     *
+     * HTML that nests more than 10 tables or 256 elements (void elements and
+     * those whose end tag may be left out aside) would take the layout
+     * minutes or the stack: it is shown as plain text without its tags,
+     * with a warning, and starts no download.
      */
     void setText(const QString& text);
 

@@ -1,5 +1,7 @@
 #include <orvacat/browserwindow.h>
 
+#include "helppagebounds_p.h"
+
 #include <orvacat/globals.h>
 #include <orvacat/htmltextbrowser.h>
 #include <orvacat/stylemanager.h>
@@ -127,6 +129,11 @@ void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
     // The text ends at the first NUL byte, as a C string would.
     const QString text = QString::fromUtf8(body.constData());
     if (text.contains(QLatin1String(kHelpErrorText))) {
+        fallbackOffline();
+        return;
+    }
+    if (HelpPageBounds::exceedsNesting(text)) {
+        qCWarning(debug_message) << "Help content nested too deeply to be shown:" << reply->url().toString();
         fallbackOffline();
         return;
     }

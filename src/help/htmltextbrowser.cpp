@@ -1,6 +1,7 @@
 #include <orvacat/htmltextbrowser.h>
 
 #include "helpimagecache_p.h"
+#include "helppagebounds_p.h"
 
 #include <orvacat/globals.h>
 
@@ -44,6 +45,11 @@ void HtmlTextBrowser::setText(const QString& text)
 {
     if (!Qt::mightBeRichText(text)) {
         QTextBrowser::setText(text);
+        return;
+    }
+    if (HelpPageBounds::exceedsNesting(text)) {
+        qCWarning(debug_message) << "HTML nested too deeply to be laid out, shown as plain text";
+        setPlainText(HelpPageBounds::flattened(text));
         return;
     }
     const int start = text.indexOf(kBaseTag);
