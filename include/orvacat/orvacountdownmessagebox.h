@@ -26,6 +26,10 @@ public:
 
 public Q_SLOTS:
     void slotTick();
+    /** Runs the box; while it runs, a second call warns and returns 0 at once. */
+    int exec() override;
+    /** Ends the showing with @p result; later calls until the next showing are ignored. */
+    void done(int result) override;
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -33,6 +37,8 @@ protected:
 private:
     QTimer m_timer;
     int m_seconds;
+    bool m_running = false;
+    bool m_answered = false;
 };
 
 #endif // ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H

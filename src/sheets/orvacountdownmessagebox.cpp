@@ -1,9 +1,12 @@
 #include <orvacat/orvacountdownmessagebox.h>
 
 #include <orvacat/componentstrings.h>
+#include <orvacat/globals.h>
 #include <orvacat/stylemanager.h>
 
+#include <QPointer>
 #include <QPushButton>
+#include <QShowEvent>
 
 OrvaCountdownMessageBox::OrvaCountdownMessageBox(int seconds, QWidget* parent)
     : QMessageBox(parent)
@@ -49,8 +52,36 @@ void OrvaCountdownMessageBox::slotTick()
         ok->animateClick(100);
 }
 
+int OrvaCountdownMessageBox::exec()
+{
+    // QDialog would answer a nested run with -1; the sheets answer 0.
+    if (m_running) {
+        qCWarning(debug_message) << "OrvaCountdownMessageBox::exec: the box is already running";
+        return 0;
+    }
+    m_running = true;
+    QPointer<OrvaCountdownMessageBox> guard(this);
+    const int result = QMessageBox::exec();
+    if (guard)
+        m_running = false;
+    return result;
+}
+
+void OrvaCountdownMessageBox::done(int result)
+{
+    // One ending per showing, as with the sheets: QDialog would report every
+    // call and have exec() return the last one, so that a host's late done()
+    // or the count's click could overwrite the user's answer.
+    if (m_answered)
+        return;
+    m_answered = true;
+    QMessageBox::done(result);
+}
+
 void OrvaCountdownMessageBox::showEvent(QShowEvent* event)
 {
+    if (!event->spontaneous())
+        m_answered = false;
     QMessageBox::showEvent(event);
     slotTick();
     m_timer.start();
