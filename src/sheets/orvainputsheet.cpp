@@ -28,9 +28,10 @@ OrvaInputSheetPrivate::OrvaInputSheetPrivate(OrvaInputSheet* sheet)
 
 void OrvaInputSheetPrivate::initialize()
 {
-    // The sheet's own style sheet first, while the button box is empty:
-    // restyled, a button box restyles each of its buttons. The buttons' sheets
-    // follow before anything is polished.
+    // The sheet's own style sheet first, while the button box is empty: a
+    // restyled button box restyles each of its buttons. (The box polishes its
+    // buttons as it makes them, so their own sheets cost one polish more; the
+    // line edit and the label are polished once, by the layout.)
     q->setStyleSheet(getStyleSheet("component.message_sheet_other", false));
     setStandardButtons(QMessageBox::Ok | QMessageBox::Discard);
     if (QPushButton* ok = button(QMessageBox::Ok)) {

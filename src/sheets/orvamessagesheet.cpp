@@ -103,12 +103,12 @@ void OrvaMessageSheetPrivate::initialize()
 
 void OrvaMessageSheetPrivate::initialize(const MsgBoxCustomBtnText& captions)
 {
-    // Every style is in place before anything is polished (the layout's
-    // adjustSize() polishes): a style sheet set on a polished widget polishes
-    // it and its children again, and a new style on the button box restyles
-    // each of its buttons. Hence the sheet's own sheet and the button box's
-    // style before the buttons exist, and the children's sheets before the
-    // layout; on a second run only what changed is set again.
+    // Styles go in before the widgets are polished (the layout's adjustSize()
+    // polishes): a style sheet set on a polished widget polishes it and its
+    // children again, and a new style on the button box restyles each of its
+    // buttons. Hence the sheet's own sheet and the box's style before the
+    // buttons exist (the box polishes them as it makes them), the labels'
+    // sheets before the layout, and on a second run only what changed.
     const bool processing = type == OrvaMessageSheet::AppMessage || type == OrvaMessageSheet::ProcessingMessage;
     setStyleSheetOnce(q, processing ? "component.message_sheet_processing" : "component.message_sheet_other");
     if (!buttonBox->testAttribute(Qt::WA_SetStyle))
