@@ -10,8 +10,11 @@ RatioReporter::RatioReporter(std::vector<Comparison> comparisons)
 void RatioReporter::ReportRuns(const std::vector<Run>& reports)
 {
     for (const Run& run : reports) {
-        if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-            m_times[run.benchmark_name()] = run.GetAdjustedCPUTime();
+        if (run.run_type != Run::RT_Iteration || run.error_occurred)
+            continue;
+        // A benchmark on manual time measured the CPU time itself (in another process).
+        m_times[run.benchmark_name()] =
+            run.run_name.time_type == "manual_time" ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
     }
     ConsoleReporter::ReportRuns(reports);
 }

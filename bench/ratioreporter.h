@@ -19,6 +19,7 @@ public:
         std::string measured;
         std::string reference;
         double maxRatio; // measured time / reference time must not exceed this
+        // (CPU time; for a benchmark on manual time, the time it measured itself)
     };
 
     explicit RatioReporter(std::vector<Comparison> comparisons);
