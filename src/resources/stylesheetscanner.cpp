@@ -3,6 +3,7 @@
 #include "dpiscaling_p.h"
 
 #include <QLocale>
+#include <QVarLengthArray>
 
 #include <cstring>
 #include <utility>
@@ -238,6 +239,9 @@ void splitSections(const QString& text, QMap<QString, QString>& sections, bool m
         if (from >= to)
             return;
         const QStringView slice(s + from, to - from);
+        // Sized once: growing by appending would round every body up to a
+        // power of two, and the bodies are what the registry keeps.
+        body.reserve(body.size() + 1 + slice.size());
         if (!mayHaveCarriageReturns || !slice.contains(QLatin1Char('\r'))) {
             body.append(QLatin1Char('\n'));
             body.append(s + from, slice.endsWith(QLatin1Char('\n')) ? slice.size() - 1 : slice.size());
@@ -302,50 +306,79 @@ void splitSections(const QString& text, QMap<QString, QString>& sections, bool m
         sections.insert(key, body);
 }
 
-QString replacePlaceholders(const QString& text, const QString& tempImageFolder, const QString& imageFolder)
+namespace {
+
+const QString& imagePlaceholder()
 {
     static const QString image = QStringLiteral("IMG_LOC");
+    return image;
+}
+
+} // namespace
+
+bool placeholdersReplaceInOnePass(const QString& tempImageFolder)
+{
     // One pass finds both placeholders: an "IMG_LOC" preceded by "TMP" is the
     // temporary folder's. That equals replacing "TMPIMG_LOC" first and then
     // "IMG_LOC" unless the temporary folder could itself take part in an
-    // "IMG_LOC" match after its replacement; then do exactly that.
-    bool folderMayMatch = tempImageFolder.contains(image);
-    for (int n = 1; n < image.size() && !folderMayMatch; ++n)
-        folderMayMatch = tempImageFolder.startsWith(QStringView(image).right(n)) || tempImageFolder.endsWith(QStringView(image).left(n));
-    if (folderMayMatch) {
-        QString result = text;
-        result.replace(QLatin1String("TMPIMG_LOC"), tempImageFolder);
-        result.replace(image, imageFolder);
-        return result;
+    // "IMG_LOC" match after its replacement.
+    const QString& image = imagePlaceholder();
+    if (tempImageFolder.contains(image))
+        return false;
+    for (int n = 1; n < image.size(); ++n) {
+        if (tempImageFolder.startsWith(QStringView(image).right(n)) || tempImageFolder.endsWith(QStringView(image).left(n)))
+            return false;
     }
+    return true;
+}
 
-    const QStringView view(text);
-    QString result;
-    int copyFrom = 0;
-    int from = 0;
-    while (true) {
+void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
+                                 const QString& imageFolder, int spare)
+{
+    const QString& image = imagePlaceholder();
+    // Where each placeholder starts and whether it is the temporary folder's,
+    // so that the output's size is known before anything is copied.
+    QVarLengthArray<std::pair<int, bool>, 64> matches;
+    int grows = 0;
+    for (int from = 0;;) {
         // An upper-case 'I' is rare in style sheets: find it, then compare.
-        const int found = view.indexOf(QLatin1Char('I'), from);
+        const int found = text.indexOf(QLatin1Char('I'), from);
         if (found < 0)
             break;
-        if (view.mid(found, image.size()) != image) {
+        if (text.mid(found, image.size()) != image) {
             from = found + 1;
             continue;
         }
-        if (result.isNull())
-            result.reserve(text.size() + 64);
-        if (found >= 3 && view.mid(found - 3, 3) == QLatin1String("TMP") && found - 3 >= copyFrom) {
-            result.append(text.constData() + copyFrom, found - 3 - copyFrom);
-            result.append(tempImageFolder);
-        } else {
-            result.append(text.constData() + copyFrom, found - copyFrom);
-            result.append(imageFolder);
-        }
-        from = copyFrom = found + image.size();
+        const int copyFrom = matches.isEmpty() ? 0 : matches.last().first + image.size();
+        const bool temporary = found >= 3 && found - 3 >= copyFrom && text.mid(found - 3, 3) == QLatin1String("TMP");
+        matches.append({found, temporary});
+        grows += temporary ? tempImageFolder.size() - 3 - image.size() : imageFolder.size() - image.size();
+        from = found + image.size();
     }
-    if (copyFrom == 0)
+    const int needed = out.size() + text.size() + grows;
+    if (out.capacity() < needed)
+        out.reserve(needed + spare);
+    int copyFrom = 0;
+    for (const auto& match : matches) {
+        out.append(text.data() + copyFrom, match.first - copyFrom - (match.second ? 3 : 0));
+        out.append(match.second ? tempImageFolder : imageFolder);
+        copyFrom = match.first + image.size();
+    }
+    out.append(text.data() + copyFrom, text.size() - copyFrom);
+}
+
+QString replacePlaceholders(const QString& text, const QString& tempImageFolder, const QString& imageFolder)
+{
+    if (!placeholdersReplaceInOnePass(tempImageFolder)) {
+        QString result = text;
+        result.replace(QLatin1String("TMPIMG_LOC"), tempImageFolder);
+        result.replace(imagePlaceholder(), imageFolder);
+        return result;
+    }
+    if (!text.contains(imagePlaceholder()))
         return text;
-    result.append(text.constData() + copyFrom, text.size() - copyFrom);
+    QString result;
+    appendReplacingPlaceholders(result, text, tempImageFolder, imageFolder, 0);
     return result;
 }
 

@@ -50,6 +50,20 @@ ORVACAT_EXPORT QString replacePlaceholders(const QString& text, const QString& t
                                            const QString& imageFolder);
 
 /**
+ * False when @p tempImageFolder could take part in an "IMG_LOC" match once it
+ * stands in the text; appendReplacingPlaceholders() must not be used then.
+ */
+ORVACAT_EXPORT bool placeholdersReplaceInOnePass(const QString& tempImageFolder);
+
+/**
+ * Appends @p text to @p out with the placeholders replaced as by
+ * replacePlaceholders(), without an intermediate copy. When @p out must
+ * grow, it grows by @p spare characters more, for what is still to come.
+ */
+ORVACAT_EXPORT void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
+                                                const QString& imageFolder, int spare);
+
+/**
  * trunc(value) as an int; values beyond the int range saturate and NaN gives
  * 0, so a hostile length never reaches undefined behaviour.
  */
