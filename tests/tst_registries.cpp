@@ -6,7 +6,9 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QBuffer>
 #include <QProcess>
+#include <QtEndian>
 #include <QTemporaryDir>
 
 namespace {
@@ -74,6 +76,7 @@ private Q_SLOTS:
     void imagesAreScaledForTheScreen();
     void imagesLoadEagerlyOrOnFirstRequest();
     void catalogueNamesAndStyleSheetCopies();
+    void oversizedPicturesAreRefused();
     void folderBeforeInitializeAborts();
 };
 
@@ -219,6 +222,44 @@ void TestRegistries::catalogueNamesAndStyleSheetCopies()
     QVERIFY(!QImage(folder.tmpImage("checkmark")).isNull() && !QImage(folder.tmpImage("twowords")).isNull());
     // A missing source still leaves its (empty) copy.
     QVERIFY(QFileInfo::exists(folder.tmpImage("absent")) && QFileInfo(folder.tmpImage("absent")).size() == 0);
+}
+
+void TestRegistries::oversizedPicturesAreRefused()
+{
+    // Tiny PNGs whose headers claim a huge size (CRC mended, so that the
+    // decoder believes them), a real picture one pixel wider than the cap,
+    // one at the cap, and an ordinary one beside them.
+    const auto declaring = [](quint32 width, quint32 height) {
+        QByteArray png;
+        QBuffer buffer(&png);
+        QImage(1, 1, QImage::Format_ARGB32).save(&buffer, "PNG");
+        qToBigEndian(width, png.data() + 16);
+        qToBigEndian(height, png.data() + 20);
+        quint32 crc = 0xffffffff; // over the chunk's type and data
+        for (char byte : png.mid(12, 17)) {
+            crc ^= quint8(byte);
+            for (int bit = 0; bit < 8; ++bit)
+                crc = (crc >> 1) ^ (0xedb88320 & (0u - (crc & 1)));
+        }
+        qToBigEndian(~crc, png.data() + 29);
+        return png;
+    };
+    ResourceFolder folder;
+    folder.write("images.json", R"({"images": ["huge", "area", "wide", "edge", "pic"], "tmp_images": ["huge"]})");
+    folder.write("images/huge.png", declaring(30000, 30000));
+    folder.write("images/area.png", declaring(8000, 4200)); // each side allowed, 33.6 megapixels not
+    folder.writePng("wide", QSize(8193, 4));
+    folder.writePng("edge", QSize(8192, 4));
+    folder.writePng("pic", QSize(16, 16));
+
+    WarningCollector warnings;
+    ImageManager images;
+    images.initialize(ImageManager::Eager);
+    QCOMPARE(warnings.messages().filter("Refusing picture").size(), 3 + 1); // the style sheets' copy too
+    for (const char* refused : {"huge", "area", "wide"})
+        QVERIFY2(images.getImage(refused, ImageManager::Normal).isNull(), refused);
+    QVERIFY(!images.getImage("edge", ImageManager::Normal).isNull() && !images.getImage("pic", ImageManager::Normal).isNull());
+    QCOMPARE(QFileInfo(folder.tmpImage("huge")).size(), 0); // as for a missing source
 }
 
 void TestRegistries::folderBeforeInitializeAborts()

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImageReader>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,6 +25,29 @@ int scaledExtent(int extent, double factor, double ratio, bool applyRatio)
     const int quarter = qRound(extent * 0.25);
     const int scaled = qRound(quarter * factor);
     return applyRatio ? qRound(scaled * ratio) : scaled;
+}
+
+// No icon or decoration comes near these; a catalogue's PNG that declares
+// more is refused before its pixels are allocated.
+constexpr int maxPictureSide = 8192;
+constexpr qint64 maxPicturePixels = 32 * 1024 * 1024;
+
+// The picture in the file, or a null pixmap when it is missing, unreadable
+// or declares a size beyond the caps. The size comes from the file's header,
+// so a hostile file cannot make the decoder allocate gigabytes.
+QPixmap loadPicture(const QString& path)
+{
+    QImageReader reader(path);
+    const QSize size = reader.size();
+    if (!size.isValid())
+        return QPixmap();
+    if (size.width() > maxPictureSide || size.height() > maxPictureSide
+        || qint64(size.width()) * size.height() > maxPicturePixels) {
+        qCWarning(debug_message) << "Refusing picture" << path << "of" << size.width() << "x" << size.height()
+                                 << "pixels";
+        return QPixmap();
+    }
+    return QPixmap::fromImage(reader.read());
 }
 
 } // namespace
@@ -147,7 +171,7 @@ void ImageManager::loadEntry(ImageEntry& entry)
     const double factor = dpi->getDPI();
     const double ratio = dpi->getDPR();
     for (int state = Normal; state <= Disable; ++state) {
-        QPixmap source(getImageFullPath(entry.fileNames[state]));
+        const QPixmap source = loadPicture(getImageFullPath(entry.fileNames[state]));
         if (source.isNull()) {
             entry.fileNames[state].clear();
             continue;
@@ -164,7 +188,7 @@ void ImageManager::loadEntry(ImageEntry& entry)
 void ImageManager::prepareTempImage(const QString& name)
 {
     const double factor = DPIinfo::getInstance()->getDPI();
-    const QPixmap source(getImageFullPath(name));
+    const QPixmap source = loadPicture(getImageFullPath(name));
     const QPixmap scaled = source.scaled(scaledExtent(source.width(), factor, 1.0, false),
                                          scaledExtent(source.height(), factor, 1.0, false),
                                          Qt::KeepAspectRatio, Qt::SmoothTransformation);
