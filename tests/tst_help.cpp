@@ -17,6 +17,7 @@
 
 #include <functional>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -270,6 +271,10 @@ private Q_SLOTS:
             {{page + "<img src=\"c.png\"><img src=\"d.png"}, {base + "c.png", base + "d.png"}},
             {{page + "<img src=\"\"><img src=\"..\"><img src=\"x/.\"><img src=\"e/\"><img src=\"../../../f.png\">"},
              {base + "../../../f.png"}},
+            // Only http and https, to the base's own host.
+            {{"<html><base href=\"http://127.0.0.1:1\"><img src=\"@127.0.0.2:1/g.png\"><img src=\"/h.png\">"}, {"http://127.0.0.1:1/h.png"}},
+            {{"<html><base href=\"\"><img src=\"http://127.0.0.1:1/i.png\"><img src=\"file:///etc/passwd\">"}, {}},
+            {{"<html><base href=\"file:///proc/self/fd/\"><img src=\"0\"><base href=\"ftp://127.0.0.1:1/\"><img src=\"j.png\">"}, {}},
         };
         WarningCollector warnings;
         for (const auto& c : cases) {
@@ -298,6 +303,28 @@ private Q_SLOTS:
             QVERIFY(view.document()->size().height() > 0);
         }
         QCOMPARE(warnings.count(), 3);
+
+        // Pictures from the network go to the page's host only; an offline page downloads nothing and reads regular files
+        // of its folder only. Neither reads a pipe, nor a picture declaring more than 8192 pixels a side.
+        QVERIFY(writeFile(m_root.filePath("help/image/wide.pgm"), "P5 8193 1 255\n" + QByteArray(8193, '\x80')));
+        QVERIFY(writeFile(m_root.filePath("outside/tall.png"), m_tallPng) && QFile::link(m_root.filePath("outside"), m_root.filePath("help/link")));
+        QVERIFY(::mkfifo(QFile::encodeName(m_root.filePath("help/image/fifo.png")), 0600) == 0);
+        const QString pictures[] = {"../image/tall.png", "../image/fifo.png", "../image/wide.pgm", "../link/tall.png", m_root.filePath("outside/tall.png")};
+        QString offline = page;
+        for (const QString& picture : pictures)
+            offline += "<p><img src=\"" + picture + "\"></p>";
+        for (const QUrl& origin : {QUrl::fromLocalFile(m_root.filePath("help")), QUrl("https://kb.orvana.example/x")}) {
+            HtmlTextBrowser view;
+            view.setPageOrigin(origin);
+            view.setSearchPaths({m_root.filePath("help/enu")});
+            view.setText(offline);
+            QCOMPARE(view.pendingDownloads().size(), 0);
+            view.document()->setTextWidth(300);
+            QCOMPARE(view.document()->size().height() > 400, origin.isLocalFile());
+            for (const QString& picture : pictures)
+                QCOMPARE(view.document()->resource(QTextDocument::ImageResource, picture).value<QPixmap>().height() == 400, origin.isLocalFile() && picture == pictures[0]);
+        }
+        QFile::remove(m_root.filePath("help/image/fifo.png"));
     }
 
     void downloadsOfAPage()

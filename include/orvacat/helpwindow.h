@@ -29,7 +29,11 @@ struct ORVACAT_EXPORT HelpContext
  * the context (https://<host>/cgi/knowledgebase/?action=findHelpFile&...,
  * every value percent-encoded so that a server reads it as written);
  * when that fails it shows the page from the offline help folder of the
- * language, else of English ("enu"), else nothing.
+ * language, else of English ("enu"), else nothing. An offline page is read
+ * only from a regular file of at most maxContentSize() bytes; its pictures
+ * only from regular files under localHelpPath, and it downloads nothing.
+ * An online page's pictures come from the knowledge-base host only
+ * (see HtmlTextBrowser::setPageOrigin()).
  *
  * Languages without help of their own are mapped before use: "deu" to
  * "ger", "esn" to "spn", "fra" to "fre", and "dan", "sve", "hun", "trk",

@@ -9,6 +9,7 @@
 #include <QSharedPointer>
 #include <QString>
 #include <QTextBrowser>
+#include <QUrl>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -105,6 +106,21 @@ public:
      */
     void setText(const QString& text);
 
+    /**
+     * Where the next pages come from, which decides what their pictures may
+     * read. An http or https URL (a window sets its page's own): pictures are
+     * downloaded over http or https from that host only, and local files are
+     * read only from inside the search paths (the picture cache among them).
+     * A local folder (QUrl::fromLocalFile, an offline help folder): nothing is
+     * downloaded, and local files are read only from inside that folder.
+     * Empty, the default, for a host's own text: pictures come over http or
+     * https from the base tag's own host, local files from anywhere. Whatever
+     * the origin, other addresses are refused with a warning and only
+     * regular files are read, never pipes or devices.
+     */
+    void setPageOrigin(const QUrl& origin);
+    QUrl pageOrigin() const;
+
     /** The value of the last base tag seen; empty before the first. */
     QString baseUrl() const;
 
@@ -113,6 +129,15 @@ public:
 
     /** The image cache folder under the current temporary folder. */
     static QString imageCacheFolder();
+
+protected:
+    /**
+     * Reads a page's resources within the bounds of setPageOrigin(). A
+     * picture larger than ImageDownloader::maxImageSize() or declaring more
+     * than 8192 pixels a side or 32 megapixels is refused with a warning and
+     * shown as missing.
+     */
+    QVariant loadResource(int type, const QUrl& name) override;
 
 protected Q_SLOTS:
     /**
@@ -123,7 +148,11 @@ protected Q_SLOTS:
     void slotDownloadFinished(QString url, int res);
 
 private:
+    static bool isAcceptableImage(const QByteArray& data, const QString& where);
+
     QString m_baseUrl;
+    QUrl m_pageOrigin;
+    QMap<QString, QString> m_sources; // the page's image source of each pending download, by URL
     QMap<QString, ImageDownloader*> m_downloads;
     QSharedPointer<QNetworkAccessManager> m_manager;
 };

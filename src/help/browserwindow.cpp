@@ -137,6 +137,7 @@ void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
         fallbackOffline();
         return;
     }
+    m_textBrowser->setPageOrigin(reply->url());
     m_textBrowser->setText(text);
 }
 

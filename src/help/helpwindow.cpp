@@ -1,9 +1,10 @@
 #include <orvacat/helpwindow.h>
 
+#include <orvacat/globals.h>
 #include <orvacat/htmltextbrowser.h>
 
 #include <QFile>
-#include <QTextStream>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <utility>
@@ -112,17 +113,23 @@ void HelpWindow::retrieveHelpContent()
 
 void HelpWindow::fallbackOffline()
 {
-    m_offlineFolder = m_context.localHelpPath + QLatin1Char('/') + m_context.language;
-    QFile file(m_offlineFolder + QLatin1Char('/') + m_context.link);
-    if (!file.open(QIODevice::ReadOnly)) {
-        m_offlineFolder = m_context.localHelpPath + QLatin1String("/enu");
+    // Only a regular file: a pipe or a device put in the folder would hang
+    // the window or never end.
+    QFile file;
+    const auto open = [&](const QString& folder) {
+        m_offlineFolder = folder;
         file.setFileName(m_offlineFolder + QLatin1Char('/') + m_context.link);
-        if (!file.open(QIODevice::ReadOnly))
-            return;
+        return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+    };
+    if (!open(m_context.localHelpPath + QLatin1Char('/') + m_context.language)
+        && !open(m_context.localHelpPath + QLatin1String("/enu")))
+        return;
+    const QByteArray page = file.read(maxContentSize() + 1);
+    if (page.size() > maxContentSize()) {
+        qCWarning(debug_message) << "Offline help page too large, not shown:" << file.fileName();
+        return;
     }
     textBrowser()->setSearchPaths(QStringList{m_offlineFolder});
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    textBrowser()->setText(stream.readAll());
-    file.close();
+    textBrowser()->setPageOrigin(QUrl::fromLocalFile(m_context.localHelpPath));
+    textBrowser()->setText(QString::fromUtf8(page));
 }

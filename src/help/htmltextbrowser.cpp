@@ -5,10 +5,18 @@
 
 #include <orvacat/globals.h>
 
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
 #include <QNetworkAccessManager>
+#include <QPixmap>
 #include <QPointer>
 #include <QSet>
 #include <QTextDocument>
+#include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
@@ -16,6 +24,20 @@ const QLatin1String kBaseTag("<base href=\"");
 const QLatin1String kImageTag("<img");
 const QLatin1String kSource("src=\"");
 const QLatin1Char kQuote('"');
+
+// A picture is decoded whole: its declared size, not its file size, decides the memory it takes.
+const int kMaxImageSide = 8192;
+const qint64 kMaxImagePixels = qint64(32) * 1024 * 1024;
+
+bool isWebScheme(const QString& scheme)
+{
+    return scheme == QLatin1String("http") || scheme == QLatin1String("https");
+}
+
+bool isInside(const QString& path, const QString& folder)
+{
+    return !folder.isEmpty() && (path == folder || path.startsWith(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')));
+}
 
 } // namespace
 
@@ -59,6 +81,12 @@ void HtmlTextBrowser::setText(const QString& text)
         return;
     }
     m_baseUrl = text.mid(start + kBaseTag.size(), end - start - kBaseTag.size());
+    // An offline page reads its pictures from its folder, never from the network.
+    if (m_pageOrigin.isLocalFile()) {
+        QTextBrowser::setText(text);
+        return;
+    }
+    const QString allowedHost = isWebScheme(m_pageOrigin.scheme()) ? m_pageOrigin.host() : QUrl(m_baseUrl).host();
 
     if (!HelpImageCache::prepare()) {
         QTextBrowser::setText(text);
@@ -93,6 +121,13 @@ void HtmlTextBrowser::setText(const QString& text)
         }
         const QString localPath = imageFolder + QLatin1String("/../image/") + fileName;
         const QString url = m_baseUrl + value;
+        // The page names the address; only the host it came from may answer.
+        const QUrl parsed(url, QUrl::TolerantMode);
+        if (!isWebScheme(parsed.scheme()) || !parsed.userInfo().isEmpty() || parsed.host().isEmpty()
+            || parsed.host().compare(allowedHost, Qt::CaseInsensitive) != 0) {
+            qCWarning(debug_message) << "Help image refused, it does not come from the page's host:" << url;
+            continue;
+        }
         // One manager for the page: it runs a few downloads per server at a
         // time and queues the rest, where a manager per picture would open
         // a thread and a connection for each at once.
@@ -107,10 +142,96 @@ void HtmlTextBrowser::setText(const QString& text)
                 downloader->deleteLater();
         });
         m_downloads.insert(url, downloader);
+        m_sources.insert(url, value);
         downloader->start(m_manager);
     }
 
     QTextBrowser::setText(text);
+}
+
+void HtmlTextBrowser::setPageOrigin(const QUrl& origin)
+{
+    m_pageOrigin = origin;
+}
+
+QUrl HtmlTextBrowser::pageOrigin() const
+{
+    return m_pageOrigin;
+}
+
+QVariant HtmlTextBrowser::loadResource(int type, const QUrl& name)
+{
+    // What is not served here must still not come back empty: the document
+    // would then open the name itself as a path, relative to the working
+    // folder or absolute, pipes included. A picture gets Qt's own sign for
+    // a missing one.
+    const QVariant refused = type == QTextDocument::ImageResource
+        ? QVariant(QPixmap(QStringLiteral(":/qt-project.org/styles/commonstyle/images/file-16.png")))
+        : QVariant(QByteArray(""));
+    if (name.scheme() == QLatin1String("qrc"))
+        return QTextBrowser::loadResource(type, name);
+    if (name.scheme() == QLatin1String("data")) {
+        const QString path = name.path(QUrl::FullyEncoded);
+        const int comma = path.indexOf(QLatin1Char(','));
+        const QByteArray payload = QByteArray::fromPercentEncoding(path.mid(comma + 1).toLatin1());
+        const QByteArray data = path.left(comma).endsWith(QLatin1String(";base64")) ? QByteArray::fromBase64(payload) : payload;
+        return type != QTextDocument::ImageResource || isAcceptableImage(data, QStringLiteral("data:")) ? QVariant(data) : refused;
+    }
+    const QUrl resolved = name.isRelative() && source().isLocalFile() ? source().resolved(name) : name;
+    const QString fileName = resolved.isLocalFile() ? resolved.toLocalFile()
+                                                    : resolved.scheme().isEmpty() ? resolved.path() : QString();
+    if (fileName.isEmpty())
+        return refused;
+    QStringList candidates{fileName};
+    if (QFileInfo(fileName).isRelative()) {
+        candidates.clear();
+        for (const QString& folder : searchPaths())
+            candidates << folder + QLatin1Char('/') + fileName;
+    }
+    // A page from outside reads only inside its folder, or inside the search
+    // paths (the picture cache among them); the host's own pages anywhere.
+    QStringList roots;
+    if (m_pageOrigin.isLocalFile())
+        roots << m_pageOrigin.toLocalFile();
+    else if (!m_pageOrigin.isEmpty())
+        roots = searchPaths();
+    for (QString& root : roots)
+        root = QFileInfo(root).canonicalFilePath();
+    for (const QString& candidate : qAsConst(candidates)) {
+        const QFileInfo info(candidate);
+        if (!info.exists())
+            continue;
+        const QString path = info.canonicalFilePath();
+        // A pipe or a device would block the GUI or never end.
+        const bool allowed = info.isFile() && (m_pageOrigin.isEmpty() || std::any_of(roots.cbegin(), roots.cend(), [&](const QString& root) { return isInside(path, root); }));
+        if (!allowed) {
+            qCWarning(debug_message) << "Help resource refused, not a file of the page's folder:" << candidate;
+            return refused;
+        }
+        if (type != QTextDocument::ImageResource)
+            return QTextBrowser::loadResource(type, QUrl::fromLocalFile(path));
+        QFile file(path);
+        const QByteArray data = file.open(QIODevice::ReadOnly) ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
+        return isAcceptableImage(data, candidate) ? QVariant(data) : refused;
+    }
+    return refused;
+}
+
+bool HtmlTextBrowser::isAcceptableImage(const QByteArray& data, const QString& where)
+{
+    if (data.size() > ImageDownloader::maxImageSize()) {
+        qCWarning(debug_message) << "Help image too large, not shown:" << where;
+        return false;
+    }
+    QBuffer buffer;
+    buffer.setData(data);
+    const QSize declared = QImageReader(&buffer).size();
+    if (declared.width() > kMaxImageSide || declared.height() > kMaxImageSide
+        || qint64(declared.width()) * declared.height() > kMaxImagePixels) {
+        qCWarning(debug_message) << "Help image declares too many pixels, not shown:" << where << declared;
+        return false;
+    }
+    return true;
 }
 
 void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
@@ -125,6 +246,16 @@ void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
         m_downloads.remove(url);
     if (finished)
         finished->deleteLater();
+    // The page asked for the picture before it was there: it is handed over
+    // now, under the name the page gives it.
+    const QString pageSource = m_sources.take(url);
+    if (finished && res == 0 && !pageSource.isEmpty()) {
+        QFile file(finished->localPath());
+        const QByteArray data = QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly)
+            ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
+        if (isAcceptableImage(data, url))
+            document()->addResource(QTextDocument::ImageResource, QUrl(pageSource), data);
+    }
 
     QTextBrowser::reload();
     // Without a source, reload() leaves the laid-out page alone; relaying it
