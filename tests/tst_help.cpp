@@ -17,6 +17,7 @@
 
 #include <functional>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -101,6 +102,36 @@ struct ProbeHelpWindow : HelpWindow
     void fallbackOffline() override { ++offlineCalls, HelpWindow::fallbackOffline(); }
     int offlineCalls = 0;
 };
+
+// A run of this binary as a child: under a low descriptor limit, a page of 700 pictures, and a compressed bomb and an
+// endless body both as a picture and as a page, from the parent's server. Prints its peak memory in KiB; exits 0 once
+// every download and page has ended.
+int runAsChild(const QString& origin)
+{
+    const rlimit limit{100, 100};
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    int argc = 1;
+    char name[] = "tst_help", *argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QString html = "<html><head><base href=\"" + origin + "\"></head>";
+    for (int i = 0; i < 700; ++i)
+        html += QString("<img src=\"p%1.png\">").arg(i);
+    HtmlTextBrowser view;
+    view.setText(html + "<img src=\"bomb.png\"><img src=\"endless.png\">");
+    struct Window : BrowserWindow { void fallbackOffline() override { ++failed; } int failed = 0; } bomb, endless;
+    bomb.reload(QUrl(origin + "bomb.html"));
+    endless.reload(QUrl(origin + "endless.html"));
+    QElapsedTimer clock;
+    for (clock.start(); (!view.pendingDownloads().isEmpty() || !bomb.failed || !endless.failed) && clock.elapsed() < 60000;)
+        QTest::qWait(20);
+    rusage usage;
+    ::getrusage(RUSAGE_SELF, &usage);
+    std::printf("%ld\n", usage.ru_maxrss);
+    return view.pendingDownloads().isEmpty() && bomb.failed == 1 && endless.failed == 1 ? 0 : 1;
+}
+
+const int g_child = qEnvironmentVariableIsSet("ORVACAT_HELP_CHILD") ? (std::exit(runAsChild(qEnvironmentVariable("ORVACAT_HELP_CHILD"))), 0) : 0;
 
 } // namespace
 
@@ -231,6 +262,8 @@ private Q_SLOTS:
         for (const Case& c : cases)
             windows << newHelpWindow(qstrcmp(c.failure, "refused") ? server.serverPort() : 1, c.language, c.link, c.failure);
         ProbeHelpWindow* silent = windows.first();
+        HtmlTextBrowser silentPicture; // a picture is given the page's ten seconds too
+        silentPicture.setText("<html><base href=\"https://127.0.0.1:" + QString::number(server.serverPort()) + "/\"><img src=\"silent.png\">");
         QSignalSpy aborts(silent, &BrowserWindow::sigAbortRequest);
         silent->reload(); // the overtaken request must neither stop the clock nor come back
         for (ProbeHelpWindow* window : windows.mid(1))
@@ -249,6 +282,7 @@ private Q_SLOTS:
         QVERIFY(QDateTime::currentMSecsSinceEpoch() - started > 9400);
         QCOMPARE(aborts.count(), 1);
         QTRY_COMPARE(server.open, 0);
+        QVERIFY(silentPicture.pendingDownloads().isEmpty());
         QCOMPARE(overtaken->textBrowser()->toPlainText(), QString("newer page"));
         for (int i = 0; i < windows.size(); ++i) {
             QCOMPARE(windows[i]->offlineCalls, 1);
@@ -356,6 +390,33 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(view.pendingDownloads().isEmpty(), 30000);
         QCOMPARE(images.targets.size(), 8 + 301);
         QVERIFY2(images.mostOpen <= 6, qPrintable(QString::number(images.mostOpen)));
+
+        // Bombs, endless bodies and hundreds of pictures under a low descriptor limit: the host lives, its memory stays near the caps.
+        const QByteArray bomb = qCompress(QByteArray(256 << 20, '\0'), 9).mid(4);
+        images.handler = [&](QTcpSocket* socket, const QByteArray& target) {
+            if (target.startsWith("/bomb"))
+                return void(socket->write("HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: " + QByteArray::number(bomb.size())
+                                          + "\r\nConnection: close\r\n\r\n" + bomb));
+            if (!target.startsWith("/endless"))
+                return respond(socket, 200, m_tallPng);
+            socket->write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
+            auto feed = [socket, left = 16384]() mutable { // at most 1 GiB
+                if (socket->bytesToWrite() < (1 << 20) && left-- > 0)
+                    socket->write(QByteArray(64 << 10, 'x'));
+            };
+            connect(socket, &QTcpSocket::bytesWritten, socket, feed);
+            feed();
+        };
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("ORVACAT_HELP_CHILD", images.origin());
+        child.setProcessEnvironment(environment);
+        child.start(QCoreApplication::applicationFilePath(), QStringList());
+        QTRY_COMPARE_WITH_TIMEOUT(child.state(), QProcess::NotRunning, 90000);
+        const QByteArray peak = child.readAllStandardOutput().trimmed();
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(child.exitCode(), 0);
+        QVERIFY2(peak.toLong() < 150 * 1024, peak.constData());
 
         // A downloader alone: 0 once a reply came (written or not), -1 after a network error.
         for (const QString name : {"alone.png", "no/such/folder.png", "refused.png"}) {

@@ -18,6 +18,7 @@ class QTimer;
  * body containing "Fail to get help content" calls fallbackOffline()
  * instead, which subclasses override to show local content. Bodies larger
  * than maxContentSize() are cut off and count as a network error, and so
+ * does a body sent compressed though it was asked for unencoded, and so
  * does a page nested deeper than the view lays out (see HtmlTextBrowser::setText()).
  *
  * The window is application-modal and does not show itself.
@@ -71,6 +72,7 @@ private:
     QTimer* m_timer = nullptr;
     HtmlTextBrowser* m_textBrowser = nullptr;
     QPointer<QNetworkReply> m_reply; // the latest request, until it is handled
+    QByteArray m_body; // what the latest request has read so far
 };
 
 #endif // ORVACAT_BROWSERWINDOW_H

@@ -23,7 +23,10 @@ class QNetworkReply;
  * (the download then still counts as a success, with nothing written).
  * Inside the help image cache (see HtmlTextBrowser) the cache folders must
  * also belong to the current user. Bodies larger than maxImageSize() are
- * cut off and reported as a failed download.
+ * cut off and reported as a failed download, and so are downloads that have
+ * not finished 10 seconds after start(). Only http and https are fetched;
+ * the body is asked for unencoded, and one sent compressed all the same
+ * fails: compressed bytes could not be bounded before Qt inflates them.
  */
 class ORVACAT_EXPORT ImageDownloader : public QObject
 {
@@ -67,6 +70,8 @@ private:
     QString m_url;
     QSharedPointer<QNetworkAccessManager> m_manager;
     QPointer<QNetworkReply> m_reply;
+    QByteArray m_data; // the body read so far
+    bool m_tooLarge = false;
     bool m_finished = false;
     int m_result = -1;
 };

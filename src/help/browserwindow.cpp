@@ -12,9 +12,12 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 const int kQueryTimeoutMs = 10000;
+const qint64 kReadChunk = 64 * 1024;
 const char* const kHelpErrorText = "Fail to get help content";
 
 } // namespace
@@ -95,14 +98,25 @@ void BrowserWindow::query()
         overtaken->abort();
     }
     m_timer->start(kQueryTimeoutMs);
-    QNetworkReply* reply = m_manager->get(QNetworkRequest(m_url));
+    m_body.clear();
+    QNetworkRequest request(m_url);
+    // Asked for, a compressed page reaches us as it is and counts at its
+    // size; left to Qt, it would be inflated whole before any check.
+    request.setRawHeader("Accept-Encoding", "identity");
+    QNetworkReply* reply = m_manager->get(request);
     m_reply = reply;
     connect(this, &BrowserWindow::sigAbortRequest, reply, &QNetworkReply::abort);
     // A help page is small; an endless body would only fill the memory and
     // then freeze the view, so it is cut off and treated as unreachable.
-    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
-        if (!reply->isFinished() && (received > maxContentSize() || total > maxContentSize())) {
+    // Read as it comes, it never waits in Qt's buffers beyond a chunk.
+    reply->setReadBufferSize(kReadChunk);
+    connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
+        if (reply != m_reply)
+            return;
+        m_body += reply->read(maxContentSize() + 1 - m_body.size());
+        if (m_body.size() > maxContentSize() && !reply->isFinished()) {
             qCWarning(debug_message) << "Help content too large, request stopped:" << reply->url().toString();
+            m_body.clear();
             reply->abort();
         }
     });
@@ -125,7 +139,14 @@ void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
         fallbackOffline();
         return;
     }
-    const QByteArray body = reply->readAll();
+    m_body += reply->read(maxContentSize() + 1 - m_body.size());
+    const QByteArray body = std::exchange(m_body, QByteArray());
+    const QByteArray encoding = reply->rawHeader("Content-Encoding").trimmed().toLower();
+    if (body.size() > maxContentSize() || (!encoding.isEmpty() && encoding != "identity")) {
+        qCWarning(debug_message) << "Help content too large or sent encoded, not shown:" << reply->url().toString();
+        fallbackOffline();
+        return;
+    }
     // The text ends at the first NUL byte, as a C string would.
     const QString text = QString::fromUtf8(body.constData());
     if (text.contains(QLatin1String(kHelpErrorText))) {

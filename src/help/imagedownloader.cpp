@@ -7,7 +7,15 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QTimer>
 #include <QUrl>
+
+namespace {
+
+const qint64 kReadChunk = 64 * 1024;
+const int kTimeoutMs = 10000;
+
+} // namespace
 
 ImageDownloader::ImageDownloader(const QString& localPath, const QString& url, QObject* parent)
     : QObject(parent)
@@ -37,15 +45,39 @@ void ImageDownloader::start(const QSharedPointer<QNetworkAccessManager>& manager
     if (m_manager || !manager)
         return;
     m_manager = manager;
-    QNetworkReply* reply = m_manager->get(QNetworkRequest(QUrl(m_url, QUrl::TolerantMode)));
+    const QUrl url(m_url, QUrl::TolerantMode);
+    // Other schemes read files, pipes and data the page has no business with.
+    if (url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https")) {
+        qCWarning(debug_message) << "Help image refused, only http and https are fetched:" << m_url;
+        QTimer::singleShot(0, this, [this] {
+            m_finished = true;
+            Q_EMIT sigDownloadFinish(m_url, m_result);
+        });
+        return;
+    }
+    QNetworkRequest request(url);
+    // Asked for, a compressed body reaches us as it is and counts at its
+    // size; left to Qt, it would be inflated whole before any check.
+    request.setRawHeader("Accept-Encoding", "identity");
+    QNetworkReply* reply = m_manager->get(request);
     m_reply = reply;
-    connect(reply, &QNetworkReply::finished, this, [this, reply] { slotFinishDownload(reply); });
-    // A picture that never ends would otherwise fill the memory before it fails.
-    connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
-        if (!reply->isFinished() && (received > maxImageSize() || total > maxImageSize())) {
+    // What is buffered stays near the cap whatever the server sends and
+    // however busy the GUI thread is.
+    reply->setReadBufferSize(kReadChunk);
+    connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
+        m_data += reply->read(maxImageSize() + 1 - m_data.size());
+        if (m_data.size() > maxImageSize() && !reply->isFinished()) {
             qCWarning(debug_message) << "Help image too large, download stopped:" << reply->url().toString();
+            m_data.clear();
+            m_tooLarge = true;
             reply->abort();
         }
+    });
+    connect(reply, &QNetworkReply::finished, this, [this, reply] { slotFinishDownload(reply); });
+    // A server that never answers would keep the connection for ever.
+    QTimer::singleShot(kTimeoutMs, reply, [reply] {
+        qCWarning(debug_message) << "Help image not received in time, download stopped:" << reply->url().toString();
+        reply->abort();
     });
 }
 
@@ -79,18 +111,22 @@ void ImageDownloader::slotFinishDownload(QNetworkReply* reply)
     if (!reply || m_finished)
         return;
     reply->deleteLater();
-    // On a fast link the whole body can arrive before a progress report
-    // could stop it: check its size here as well.
-    const bool tooLarge = reply->bytesAvailable() > maxImageSize();
+    if (!m_tooLarge)
+        m_data += reply->read(maxImageSize() + 1 - m_data.size());
+    const QByteArray encoding = reply->rawHeader("Content-Encoding").trimmed().toLower();
+    const bool tooLarge = m_tooLarge || m_data.size() > maxImageSize();
     if (tooLarge)
         qCWarning(debug_message) << "Help image too large, not written:" << reply->url().toString();
-    if (reply->error() == QNetworkReply::NoError && !tooLarge) {
+    else if (!encoding.isEmpty() && encoding != "identity")
+        qCWarning(debug_message) << "Help image sent encoded though it was asked for as it is, not written:" << reply->url().toString();
+    if (reply->error() == QNetworkReply::NoError && !tooLarge && (encoding.isEmpty() || encoding == "identity")) {
         // An unwritable file still counts as a download: the page just lacks the picture.
-        HelpImageCache::writeFile(m_localPath, reply->readAll());
+        HelpImageCache::writeFile(m_localPath, m_data);
         m_result = 0;
     } else {
         m_result = -1;
     }
+    m_data = QByteArray();
     m_finished = true;
     Q_EMIT sigDownloadFinish(m_url, m_result);
 }
