@@ -82,7 +82,9 @@ private:
  * of the page is downloaded from base URL + source into the cache folder
  * QDir::tempPath() + "/orvana_help/image", which is put in front of the
  * search paths; the view redraws as each download completes. The downloads
- * of a view share one network manager, at most six at a time to a server;
+ * of a view share one network manager, at most six at a time to a server,
+ * and a page starts at most 256 of them (the others are skipped with one
+ * warning);
  * those still running when the view goes finish on their own. A page refers
  * to a cached picture as "../image/" followed by its file name.
  *

@@ -25,6 +25,8 @@ const QLatin1String kImageTag("<img");
 const QLatin1String kSource("src=\"");
 const QLatin1Char kQuote('"');
 
+const int kMaxPagePictures = 256;
+
 // A picture is decoded whole: its declared size, not its file size, decides the memory it takes.
 const int kMaxImageSide = 8192;
 const qint64 kMaxImagePixels = qint64(32) * 1024 * 1024;
@@ -98,6 +100,7 @@ void HtmlTextBrowser::setText(const QString& text)
     setSearchPaths(paths);
 
     QSet<QString> seen;
+    int started = 0;
     int pos = end;
     while (true) {
         const int image = text.indexOf(kImageTag, pos);
@@ -113,6 +116,12 @@ void HtmlTextBrowser::setText(const QString& text)
         if (seen.contains(value))
             continue;
         seen.insert(value);
+        // Every download holds memory, a file and, while it runs, a socket:
+        // a page naming thousands of pictures must not take them all.
+        if (started == kMaxPagePictures) {
+            qCWarning(debug_message) << "Help page names more than" << kMaxPagePictures << "pictures, the others are not downloaded";
+            break;
+        }
 
         const QString fileName = value.mid(value.lastIndexOf(QLatin1Char('/')) + 1);
         if (!HelpImageCache::isSafeFileName(fileName)) {
@@ -143,6 +152,7 @@ void HtmlTextBrowser::setText(const QString& text)
         });
         m_downloads.insert(url, downloader);
         m_sources.insert(url, value);
+        ++started;
         downloader->start(m_manager);
     }
 
