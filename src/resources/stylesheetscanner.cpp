@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <utility>
+#include <vector>
 
 
 namespace {
@@ -229,7 +230,6 @@ void splitSections(const QString& text, QMap<QString, QString>& sections, bool m
     const int size = text.size();
     const QStringView view(text);
 
-    QString key;
     QString body;
 
     // Adds the lines of text[from, to) to the body, each as a line feed and
@@ -265,7 +265,13 @@ void splitSections(const QString& text, QMap<QString, QString>& sections, bool m
 
     // Only lines that start with "==" can be headers: look for those and
     // take everything between them as body lines.
-    int bodyFrom = 0;
+    struct Header
+    {
+        int at;   // where the line starts
+        int next; // where the line after it starts
+        QString key;
+    };
+    std::vector<Header> headers;
     int search = 0;
     while (search < size) {
         const int at = findPair(view, search, QLatin1Char('='), QLatin1Char('='));
@@ -282,24 +288,41 @@ void splitSections(const QString& text, QMap<QString, QString>& sections, bool m
         if (lineEnd > at && s[lineEnd - 1] == QLatin1Char('\r'))
             --lineEnd;
         const QStringView line(s + at, lineEnd - at);
-        if (!line.endsWith(QLatin1String("=="))) {
-            search = next;
+        search = next;
+        if (!line.endsWith(QLatin1String("==")))
             continue;
-        }
-        appendLines(bodyFrom, at);
-        if (!key.isEmpty()) {
-            sections.insert(key, body);
-            body.clear();
-        }
-        key.resize(line.size());
+        QString key(line.size(), Qt::Uninitialized);
         QChar* out = key.data();
         for (QChar c : line) {
             if (c != QLatin1Char('=') && c != QLatin1Char(' '))
                 *out++ = c;
         }
         key.truncate(int(out - key.constData()));
+        headers.push_back({at, next, std::move(key)});
+    }
+
+    // Every section found replaces its key's body. Let go of the old bodies
+    // before the new ones are made, so that these take the old ones' memory
+    // instead of growing the heap past what the allocator keeps.
+    for (const Header& header : headers) {
+        if (header.key.isEmpty())
+            continue;
+        const auto old = sections.find(header.key);
+        if (old != sections.end())
+            *old = QString();
+    }
+
+    QString key;
+    int bodyFrom = 0;
+    for (const Header& header : headers) {
+        appendLines(bodyFrom, header.at);
+        if (!key.isEmpty()) {
+            sections.insert(key, body);
+            body.clear();
+        }
         // A key made of nothing but '=' and spaces keeps the body running.
-        bodyFrom = search = next;
+        key = header.key;
+        bodyFrom = header.next;
     }
     appendLines(bodyFrom, size);
     if (!key.isEmpty())
@@ -332,8 +355,33 @@ bool placeholdersReplaceInOnePass(const QString& tempImageFolder)
     return true;
 }
 
-void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
-                                 const QString& imageFolder, int spare)
+namespace {
+
+int findChar(QStringView text, char c, int from)
+{
+    return text.indexOf(QLatin1Char(c), from);
+}
+
+int findChar(QLatin1String text, char c, int from)
+{
+    if (from >= text.size())
+        return -1;
+    const void* found = std::memchr(text.data() + from, c, size_t(text.size() - from));
+    return found ? int(static_cast<const char*>(found) - text.data()) : -1;
+}
+
+void appendPiece(QString& out, QStringView text, int from, int length)
+{
+    out.append(text.data() + from, length);
+}
+
+void appendPiece(QString& out, QLatin1String text, int from, int length)
+{
+    out.append(QLatin1String(text.data() + from, length)); // widened straight into `out`
+}
+
+template<typename View>
+void appendReplacing(QString& out, View text, const QString& tempImageFolder, const QString& imageFolder, int spare)
 {
     const QString& image = imagePlaceholder();
     // Where each placeholder starts and whether it is the temporary folder's,
@@ -342,15 +390,17 @@ void appendReplacingPlaceholders(QString& out, QStringView text, const QString& 
     int grows = 0;
     for (int from = 0;;) {
         // An upper-case 'I' is rare in style sheets: find it, then compare.
-        const int found = text.indexOf(QLatin1Char('I'), from);
+        const int found = findChar(text, 'I', from);
         if (found < 0)
+            break;
+        if (found + image.size() > text.size())
             break;
         if (text.mid(found, image.size()) != image) {
             from = found + 1;
             continue;
         }
         const int copyFrom = matches.isEmpty() ? 0 : matches.last().first + image.size();
-        const bool temporary = found >= 3 && found - 3 >= copyFrom && text.mid(found - 3, 3) == QLatin1String("TMP");
+        const bool temporary = found - 3 >= copyFrom && text.mid(found - 3, 3) == QLatin1String("TMP");
         matches.append({found, temporary});
         grows += temporary ? tempImageFolder.size() - 3 - image.size() : imageFolder.size() - image.size();
         from = found + image.size();
@@ -360,11 +410,25 @@ void appendReplacingPlaceholders(QString& out, QStringView text, const QString& 
         out.reserve(needed + spare);
     int copyFrom = 0;
     for (const auto& match : matches) {
-        out.append(text.data() + copyFrom, match.first - copyFrom - (match.second ? 3 : 0));
+        appendPiece(out, text, copyFrom, match.first - copyFrom - (match.second ? 3 : 0));
         out.append(match.second ? tempImageFolder : imageFolder);
         copyFrom = match.first + image.size();
     }
-    out.append(text.data() + copyFrom, text.size() - copyFrom);
+    appendPiece(out, text, copyFrom, text.size() - copyFrom);
+}
+
+} // namespace
+
+void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
+                                 const QString& imageFolder, int spare)
+{
+    appendReplacing(out, text, tempImageFolder, imageFolder, spare);
+}
+
+void appendReplacingPlaceholders(QString& out, QLatin1String text, const QString& tempImageFolder,
+                                 const QString& imageFolder, int spare)
+{
+    appendReplacing(out, text, tempImageFolder, imageFolder, spare);
 }
 
 QString replacePlaceholders(const QString& text, const QString& tempImageFolder, const QString& imageFolder)

@@ -62,6 +62,9 @@ ORVACAT_EXPORT bool placeholdersReplaceInOnePass(const QString& tempImageFolder)
  */
 ORVACAT_EXPORT void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
                                                 const QString& imageFolder, int spare);
+/** The same for text in Latin-1 (and so for UTF-8 that is all ASCII). */
+ORVACAT_EXPORT void appendReplacingPlaceholders(QString& out, QLatin1String text, const QString& tempImageFolder,
+                                                const QString& imageFolder, int spare);
 
 /**
  * trunc(value) as an int; values beyond the int range saturate and NaN gives
