@@ -7,6 +7,7 @@
 #include <orvacat/helpwindow.h>
 #include <orvacat/htmltextbrowser.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QImage>
 #include <QNetworkProxy>
 #include <QProcess>
@@ -387,8 +388,13 @@ private Q_SLOTS:
         QString html = page;
         for (int i = 0; i < 300; ++i)
             html += QString("<img src=\"../image/many%1.png\"><img src=\"../image/many%1.png\">").arg(i);
+        view.show();
         view.setText(html);
+        QSignalSpy relayouts(view.document()->documentLayout(), &QAbstractTextDocumentLayout::update);
+        QVERIFY(relayouts.isValid());
         QTRY_VERIFY_WITH_TIMEOUT(view.pendingDownloads().isEmpty(), 30000);
+        QTRY_VERIFY(relayouts.count() > 0);
+        QVERIFY2(relayouts.count() < 256 / 4, qPrintable(QString::number(relayouts.count()))); // they share relayouts
         QCOMPARE(images.targets.size(), 8 + 256);
         QVERIFY(images.targets.contains("/image/many255.png") && !images.targets.contains("/image/many256.png"));
         QVERIFY2(images.mostOpen <= 6, qPrintable(QString::number(images.mostOpen)));

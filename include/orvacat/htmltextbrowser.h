@@ -148,7 +148,8 @@ protected:
 
 protected Q_SLOTS:
     /**
-     * A download for @p url finished: forgets and releases it, then redraws.
+     * A download for @p url finished: forgets and releases it, then redraws
+     * within 50 ms, once for all the downloads that finish meanwhile.
      * A table entry that is missing or belongs to a newer download of the
      * same URL is left alone.
      */
@@ -160,6 +161,7 @@ private:
     QString m_baseUrl;
     QUrl m_pageOrigin;
     QMap<QString, QString> m_sources; // the page's image source of each pending download, by URL
+    bool m_relayoutPending = false;
     QMap<QString, ImageDownloader*> m_downloads;
     QSharedPointer<QNetworkAccessManager> m_manager;
 };

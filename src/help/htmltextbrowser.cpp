@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QTextDocument>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -26,6 +27,7 @@ const QLatin1String kSource("src=\"");
 const QLatin1Char kQuote('"');
 
 const int kMaxPagePictures = 256;
+const int kRelayoutIntervalMs = 50;
 
 // A picture is decoded whole: its declared size, not its file size, decides the memory it takes.
 const int kMaxImageSide = 8192;
@@ -267,10 +269,18 @@ void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
             document()->addResource(QTextDocument::ImageResource, QUrl(pageSource), data);
     }
 
-    QTextBrowser::reload();
-    // Without a source, reload() leaves the laid-out page alone; relaying it
-    // out makes the images that are now on disk appear.
-    if (source().isEmpty())
-        document()->markContentsDirty(0, document()->characterCount());
-    viewport()->update();
+    // A relayout of a page with hundreds of pictures takes tens of
+    // milliseconds: the pictures that arrive within one interval share one.
+    if (m_relayoutPending)
+        return;
+    m_relayoutPending = true;
+    QTimer::singleShot(kRelayoutIntervalMs, this, [this] {
+        m_relayoutPending = false;
+        QTextBrowser::reload();
+        // Without a source, reload() leaves the laid-out page alone; relaying
+        // it out makes the pictures that have arrived appear.
+        if (source().isEmpty())
+            document()->markContentsDirty(0, document()->characterCount());
+        viewport()->update();
+    });
 }
