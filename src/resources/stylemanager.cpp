@@ -67,6 +67,19 @@ StyleManager* StyleManager::getInstance()
 
 void StyleManager::initialize(const std::vector<QString>& files)
 {
+    // Missing files are reported before the image registry is asked for its
+    // folders, which ends the process when it was not initialised.
+    std::vector<qint64> sizes(files.size(), -1); // -1: missing
+    qint64 bytesLeft = 0;
+    for (size_t i = 0; i < files.size(); ++i) {
+        const QFileInfo info(files[i]);
+        if (!info.exists()) {
+            qCWarning(debug_message) << "file" << files[i] << "not exist";
+            continue;
+        }
+        sizes[i] = info.size() + 1;
+        bytesLeft += sizes[i];
+    }
     ImageManager* images = ImageManager::getInstance();
     const QString& tempImageFolder = images->getTempImageFolder();
     const QString& imageFolder = images->getImageFolder();
@@ -78,24 +91,14 @@ void StyleManager::initialize(const std::vector<QString>& files)
     // Room for a quarter more than the files' bytes takes the placeholders'
     // folders in any sheet but one made of little else; pages never written
     // cost nothing, while growing would cost a second buffer.
-    std::vector<qint64> sizes;
-    sizes.reserve(files.size());
-    qint64 bytesLeft = 0;
-    for (const QString& path : files) {
-        sizes.push_back(QFileInfo(path).size() + 1);
-        bytesLeft += sizes.back();
-    }
     const auto capped = [](qint64 n) { return int(qBound<qint64>(0, n, std::numeric_limits<int>::max() / 4)); };
     QString text;
     text.reserve(capped(bytesLeft + bytesLeft / 4));
     for (size_t i = 0; i < files.size(); ++i) {
-        const QString& path = files[i];
-        bytesLeft -= sizes[i];
-        if (!QFile::exists(path)) {
-            qCWarning(debug_message) << "file" << path << "not exist";
+        if (sizes[i] < 0)
             continue;
-        }
-        QFile file(path);
+        bytesLeft -= sizes[i];
+        QFile file(files[i]);
         if (file.open(QIODevice::ReadOnly)) {
             const QByteArray bytes = readStyleFile(file);
             const auto append = [&](auto contents) {
