@@ -8,13 +8,21 @@
 
 class QWidget;
 
-// One-call modal messages. With a parent the message is an OrvaMessageSheet
-// over a faint mask that covers the parent's window (the title is not shown);
-// without a parent it is a styled QMessageBox window titled @p title.
-// Each call returns when the user has answered.
+/**
+ * @file
+ * One-call modal messages. With a parent the message is an OrvaMessageSheet
+ * over a faint mask that covers the parent's window, as wide as the window
+ * allows (the title is not shown); without a parent it is a styled
+ * QMessageBox window titled with the title. Each call returns when the user
+ * has answered. Captions, icons and looks come from the registries, so
+ * initialize them first.
+ */
 
+/** Tells @p text with the information icon and Ok. */
 ORVACAT_EXPORT void showInfoMsg(const QString& title, const QString& text, QWidget* parent);
+/** Warns of @p text with the warning icon and Ok. */
 ORVACAT_EXPORT void showWarningMsg(const QString& title, const QString& text, QWidget* parent);
+/** As above, with @p informativeText under the text (left out when empty). */
 ORVACAT_EXPORT void showWarningMsg(const QString& title, const QString& text, const QString& informativeText,
                                    QWidget* parent);
 

@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H
 #define ORVACAT_ORVACOUNTDOWNMESSAGEBOX_H
 
+/**
+ * @file
+ * OrvaCountdownMessageBox, a message box that answers Ok by itself. Its
+ * captions and looks come from the registries, so initialize them before
+ * constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMessageBox>
@@ -25,6 +32,11 @@ public:
     void updateButtonText();
 
 public Q_SLOTS:
+    /**
+     * One second of the countdown, called by the box's timer while it is
+     * shown: lowers the count and Ok's caption, and once the count has run
+     * out clicks Ok. A hidden box stops its timer instead.
+     */
     void slotTick();
     /** Runs the box; while it runs, a second call warns and returns 0 at once. */
     int exec() override;
@@ -32,6 +44,7 @@ public Q_SLOTS:
     void done(int result) override;
 
 protected:
+    /** A new showing takes an answer again; the first second goes at once, then the one-second timer starts. */
     void showEvent(QShowEvent* event) override;
 
 private:

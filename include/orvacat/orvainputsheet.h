@@ -1,6 +1,12 @@
 #ifndef ORVACAT_ORVAINPUTSHEET_H
 #define ORVACAT_ORVAINPUTSHEET_H
 
+/**
+ * @file
+ * OrvaInputSheet, the one-line question drawn inside its window. Its captions
+ * and looks come from the registries, so initialize them before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 #include <orvacat/orvasheet.h>
 
@@ -26,7 +32,9 @@ class ORVACAT_EXPORT OrvaInputSheet : public OrvaSheet
     Q_OBJECT
 
 public:
+    /** A hidden sheet without a prompt yet; show it with exec() or showSheet(). */
     explicit OrvaInputSheet(QWidget* parent);
+    /** A hidden sheet with the prompt @p text. */
     OrvaInputSheet(const QString& text, QWidget* parent);
     ~OrvaInputSheet() override;
 
@@ -36,6 +44,7 @@ public:
     QLineEdit* getLineEdit();
     /** The line edit's current text. */
     QString getContent();
+    /** Makes @p button a default button; null is ignored. Ok is the default from the start. */
     void setDefaultButton(QPushButton* button);
     /** The Ok or Discard (cancel) button, or null. */
     QPushButton* button(QMessageBox::StandardButton which) const;
@@ -51,15 +60,24 @@ public:
      */
     int exec();
 
+    /**
+     * While blocking, refuses the window's close events; takes Tab and
+     * Backtab on its field and buttons round them, and every key press that
+     * reaches the window: Return, Enter and Space click Ok, Escape clicks
+     * cancel.
+     */
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public Q_SLOTS:
     /** Ends the sheet; only the first call for one showing counts. */
     void done(int result);
+    /** done(0). */
     void quit();
+    /** done() with the standard-button value of @p button; the button box calls it. */
     void buttonClick(QAbstractButton* button);
 
 protected:
+    /** Follows its content's height when the layout asks. */
     bool event(QEvent* event) override;
 
 private:

@@ -1,6 +1,13 @@
 #ifndef ORVACAT_ORVAMESSAGESHEET_H
 #define ORVACAT_ORVAMESSAGESHEET_H
 
+/**
+ * @file
+ * OrvaMessageSheet, the message drawn inside its window, and its button
+ * captions. Its pictures, captions and looks come from the registries, so
+ * initialize them before constructing one.
+ */
+
 #include <orvacat/orvacat_export.h>
 #include <orvacat/orvasheet.h>
 
@@ -20,8 +27,8 @@ class OrvaMessageSheetPrivate;
  */
 struct ORVACAT_EXPORT MsgBoxCustomBtnText
 {
-    QString okText;
-    QString cancelText;
+    QString okText;     ///< the Ok button's caption
+    QString cancelText; ///< the cancel button's caption
 };
 
 /**
@@ -42,20 +49,28 @@ class ORVACAT_EXPORT OrvaMessageSheet : public OrvaSheet
     Q_OBJECT
 
 public:
+    /** What the message is: it picks the icon, the buttons and the look. */
     enum MessageType {
-        AppMessage = 0,
-        InformationMessage = 1,
-        WarningMessage = 2,
-        QuestionMessage = 3,
-        UpgradeMessage = 4,
-        WarningQuestionMessage = 5,
-        ProcessingMessage = 6
+        AppMessage = 0,             ///< the application's picture ("app_img"), no buttons
+        InformationMessage = 1,     ///< the information icon, Ok
+        WarningMessage = 2,         ///< the warning icon, Ok
+        QuestionMessage = 3,        ///< the question icon, Ok and cancel
+        UpgradeMessage = 4,         ///< the information icon, Ok captioned "wizard_client_upgrade", and cancel
+        WarningQuestionMessage = 5, ///< the warning icon, Ok and cancel
+        ProcessingMessage = 6       ///< no icon of its own, no buttons: the busy sheet
     };
     Q_ENUM(MessageType)
 
+    /**
+     * A hidden sheet of @p type showing @p text, its buttons captioned by
+     * @p captions; show it with exec() or showSheet().
+     */
     OrvaMessageSheet(MessageType type, const QString& text, const MsgBoxCustomBtnText& captions, QWidget* parent);
+    /** A hidden sheet of @p type without text yet; give it one with setText(). */
     OrvaMessageSheet(MessageType type, QWidget* parent);
+    /** A hidden sheet of @p type showing @p text with the default captions. */
     OrvaMessageSheet(MessageType type, const QString& text, QWidget* parent);
+    /** As above, with @p informativeText under the text (left out when empty). */
     OrvaMessageSheet(MessageType type, const QString& text, const QString& informativeText, QWidget* parent);
     /**
      * The busy sheet: no buttons, an animation read from @p moviePath (any
@@ -65,12 +80,15 @@ public:
     OrvaMessageSheet(const QString& text, const QString& moviePath, QWidget* parent);
     ~OrvaMessageSheet() override;
 
+    /** The message, rich text allowed; links open in the desktop's browser. */
     void setText(const QString& text);
     /** An empty text removes the informative line. */
     void setInformativeText(const QString& text);
+    /** Replaces the type's icon; a null pixmap leaves the sheet without one. */
     void setIcon(const QPixmap& pixmap);
     /** Rebuilds icon, buttons and captions for @p type (default captions). */
     void setMessageType(MessageType type);
+    /** Makes @p button a default button; null is ignored. Ok is the default from the start. */
     void setDefaultButton(QPushButton* button);
     /** The Ok or Discard (cancel) button, or null when the sheet has none. */
     QPushButton* button(QMessageBox::StandardButton which) const;
@@ -94,6 +112,11 @@ public:
      */
     int exec();
 
+    /**
+     * While blocking, refuses the window's close events; while shown, takes
+     * every key press in its window: Tab and Backtab go round the sheet,
+     * Return, Enter and Space click Ok, Escape clicks cancel.
+     */
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public Q_SLOTS:
@@ -105,10 +128,13 @@ public Q_SLOTS:
     void done(int result);
     /** done(0). */
     void quit();
+    /** done() with the standard-button value of @p button; the button box calls it. */
     void buttonClick(QAbstractButton* button);
 
 protected:
+    /** Follows its content's height when the layout asks. */
     bool event(QEvent* event) override;
+    /** Makes the two buttons focusable and gathers the widgets that Tab goes round. */
     void showEvent(QShowEvent* event) override;
 
 private:

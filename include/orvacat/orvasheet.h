@@ -1,6 +1,11 @@
 #ifndef ORVACAT_ORVASHEET_H
 #define ORVACAT_ORVASHEET_H
 
+/**
+ * @file
+ * OrvaSheet, the frame that message and input sheets are drawn in.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QFrame>
@@ -19,6 +24,7 @@ class ORVACAT_EXPORT OrvaSheet : public QFrame
     Q_OBJECT
 
 public:
+    /** An empty sheet whose contents margins are the shadow band. */
     explicit OrvaSheet(QWidget* parent = nullptr);
     ~OrvaSheet() override;
 
@@ -37,8 +43,11 @@ Q_SIGNALS:
     void finished(int result);
 
 protected:
+    /** Paints the shadow band and the white card instead of the frame. */
     void paintEvent(QPaintEvent* event) override;
+    /** Puts the shadow band back as the contents margins first. */
     void showEvent(QShowEvent* event) override;
+    /** Puts the shadow band back as the contents margins after polishing, restyling or reparenting. */
     bool event(QEvent* event) override;
 
     /**
