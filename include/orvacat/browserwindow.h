@@ -1,6 +1,12 @@
 #ifndef ORVACAT_BROWSERWINDOW_H
 #define ORVACAT_BROWSERWINDOW_H
 
+/**
+ * @file
+ * BrowserWindow, the dialog that shows an online page and falls back to
+ * local content.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QDialog>
@@ -28,6 +34,7 @@ class ORVACAT_EXPORT BrowserWindow : public QDialog
     Q_OBJECT
 
 public:
+    /** An empty dialog with its view, ready to query; nothing is fetched before reload(). */
     explicit BrowserWindow(QWidget* parent = nullptr);
     ~BrowserWindow() override;
 

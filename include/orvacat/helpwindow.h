@@ -1,6 +1,11 @@
 #ifndef ORVACAT_HELPWINDOW_H
 #define ORVACAT_HELPWINDOW_H
 
+/**
+ * @file
+ * HelpWindow, the help dialog, and HelpContext, which says what page it shows.
+ */
+
 #include <orvacat/browserwindow.h>
 #include <orvacat/orvacat_export.h>
 
@@ -26,7 +31,7 @@ struct ORVACAT_EXPORT HelpContext
 
 /**
  * The help dialog. The constructor asks the knowledge base for the page of
- * the context (https://<host>/cgi/knowledgebase/?action=findHelpFile&...,
+ * the context (https://\<host\>/cgi/knowledgebase/?action=findHelpFile&...,
  * every value percent-encoded so that a server reads it as written);
  * when that fails it shows the page from the offline help folder of the
  * language, else of English ("enu"), else nothing. An offline page is read
@@ -69,6 +74,7 @@ public:
      * scheme's default port.
      */
     static void setKnowledgeBaseHost(const QString& host, int port = -1);
+    /** The host set with setKnowledgeBaseHost(), or the default when none was. */
     static QString knowledgeBaseHost();
     /** The port set with the host; -1 for the scheme's default. */
     static int knowledgeBasePort();

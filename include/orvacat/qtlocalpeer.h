@@ -1,6 +1,11 @@
 #ifndef ORVACAT_QTLOCALPEER_H
 #define ORVACAT_QTLOCALPEER_H
 
+/**
+ * @file
+ * QtLocalPeer, one instance's end of the single-instance channel.
+ */
+
 #include <orvacat/orvacat_export.h>
 #include <orvacat/qtlockedfile.h>
 
@@ -26,6 +31,11 @@ class ORVACAT_EXPORT QtLocalPeer : public QObject
     Q_OBJECT
 
 public:
+    /**
+     * Names the lock file and the socket after @p appId (the executable's
+     * path when empty) and the user, and opens the lock file; which role this
+     * process takes is decided by the first isClient().
+     */
     explicit QtLocalPeer(QObject* parent = nullptr, const QString& appId = QString());
     ~QtLocalPeer() override;
 
@@ -41,6 +51,7 @@ public:
      * primary answered.
      */
     bool sendMessage(const QString& message, int timeout);
+    /** The application id: the one given, or the executable's path. */
     QString applicationId() const { return id; }
 
     /**
@@ -56,12 +67,21 @@ Q_SIGNALS:
     void messageReceived(const QString& message);
 
 protected Q_SLOTS:
+    /**
+     * Starts reading the message of every waiting connection; the server
+     * calls it. Connections beyond a limit of open ones are dropped with a
+     * warning.
+     */
     void receiveConnection();
 
 protected:
+    /** The application id. */
     QString id;
+    /** The local socket's name: "qtsingleapp-", part of the id, its checksum and the user id. */
     QString socketName;
+    /** Listens on socketName while this process is the primary. */
     QLocalServer* server;
+    /** The lock that makes its holder the primary: socketName + "-lockfile" in the temporary folder. */
     QtLP_Private::QtLockedFile lockFile;
 
 private:

@@ -1,6 +1,11 @@
 #ifndef ORVACAT_QTLOCKEDFILE_H
 #define ORVACAT_QTLOCKEDFILE_H
 
+/**
+ * @file
+ * QtLP_Private::QtLockedFile, the lock file that single-instance peers share.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QFile>
@@ -17,9 +22,15 @@ namespace QtLP_Private {
 class ORVACAT_EXPORT QtLockedFile : public QFile
 {
 public:
-    enum LockMode { NoLock = 0, ReadLock, WriteLock };
+    /** The lock held or asked for. */
+    enum LockMode {
+        NoLock = 0, ///< no lock
+        ReadLock,   ///< shared: other processes may read-lock too
+        WriteLock   ///< exclusive: no other process holds any lock
+    };
 
     QtLockedFile();
+    /** A closed, unlocked file named @p name. */
     explicit QtLockedFile(const QString& name);
     ~QtLockedFile() override;
 
@@ -35,7 +46,9 @@ public:
     bool lock(LockMode mode, bool block = true);
     /** Releases the lock; true when none is held afterwards. */
     bool unlock();
+    /** True while this object holds a lock. */
     bool isLocked() const;
+    /** The lock this object holds; NoLock when none. */
     LockMode lockMode() const;
 
 private:

@@ -1,6 +1,12 @@
 #ifndef ORVACAT_QTSINGLEAPPLICATION_H
 #define ORVACAT_QTSINGLEAPPLICATION_H
 
+/**
+ * @file
+ * QtSingleApplication, the application object that knows about its other
+ * instances. Create it in place of QApplication, first thing in main().
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QApplication>
@@ -26,6 +32,7 @@ class ORVACAT_EXPORT QtSingleApplication : public QApplication
 public:
     /** @p GUIenabled is accepted for compatibility; Qt 5 applications always have a GUI. */
     QtSingleApplication(int& argc, char** argv, bool GUIenabled = true);
+    /** As above, with @p id in place of the executable's path; instances meet by it. */
     QtSingleApplication(const QString& id, int& argc, char** argv);
     ~QtSingleApplication() override;
 
@@ -35,6 +42,7 @@ public:
      * instance and receives the others' messages.
      */
     bool isRunning();
+    /** The application id: the one given, or the executable's path. */
     QString id() const;
 
     /**
@@ -43,6 +51,7 @@ public:
      * messageReceived was emitted).
      */
     void setActivationWindow(QWidget* aw, bool activateOnMessage = true);
+    /** The window set with setActivationWindow(); null before, or once it was deleted. */
     QWidget* activationWindow() const;
 
     /** Same as isRunning(); kept for hosts written against older versions. */
@@ -56,11 +65,17 @@ public:
     bool unlock();
 
 public Q_SLOTS:
+    /**
+     * Sends @p message to the primary instance and waits up to @p timeout ms
+     * for it to be acknowledged. False in the primary itself, or when no
+     * primary answered.
+     */
     bool sendMessage(const QString& message, int timeout = 5000);
     /** Clears the minimized state of the activation window, raises and activates it. */
     void activateWindow();
 
 Q_SIGNALS:
+    /** In the primary instance, once per message another instance sent. */
     void messageReceived(const QString& message);
 
 private:
