@@ -31,8 +31,9 @@ struct ORVACAT_EXPORT HelpContext
 
 /**
  * The help dialog. The constructor asks the knowledge base for the page of
- * the context (https://\<host\>/cgi/knowledgebase/?action=findHelpFile&...,
- * every value percent-encoded so that a server reads it as written);
+ * the context (a GET of "/cgi/knowledgebase/?action=findHelpFile&..." over
+ * https on the knowledge-base host, every value percent-encoded so that a
+ * server reads it as written);
  * when that fails it shows the page from the offline help folder of the
  * language, else of English ("enu"), else nothing. An offline page is read
  * only from a regular file of at most maxContentSize() bytes; its pictures
