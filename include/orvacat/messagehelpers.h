@@ -18,9 +18,9 @@ class QWidget;
  * initialize them first.
  */
 
-/** Tells @p text with the information icon and Ok. */
+/** Shows @p text with the information icon and Ok. */
 ORVACAT_EXPORT void showInfoMsg(const QString& title, const QString& text, QWidget* parent);
-/** Warns of @p text with the warning icon and Ok. */
+/** Shows @p text with the warning icon and Ok. */
 ORVACAT_EXPORT void showWarningMsg(const QString& title, const QString& text, QWidget* parent);
 /** As above, with @p informativeText under the text (left out when empty). */
 ORVACAT_EXPORT void showWarningMsg(const QString& title, const QString& text, const QString& informativeText,
