@@ -157,10 +157,12 @@ protected Q_SLOTS:
 
 private:
     static bool isAcceptableImage(const QByteArray& data, const QString& where);
+    void showArrivedPictures();
 
     QString m_baseUrl;
     QUrl m_pageOrigin;
     QMap<QString, QString> m_sources; // the page's image source of each pending download, by URL
+    QList<QPair<QString, QString>> m_arrived; // pictures not yet handed to the page: its source, the file
     bool m_relayoutPending = false;
     QMap<QString, ImageDownloader*> m_downloads;
     QSharedPointer<QNetworkAccessManager> m_manager;

@@ -6,11 +6,13 @@
 #include <orvacat/globals.h>
 
 #include <QBuffer>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QNetworkAccessManager>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QSet>
 #include <QTextDocument>
@@ -28,6 +30,7 @@ const QLatin1Char kQuote('"');
 
 const int kMaxPagePictures = 256;
 const int kRelayoutIntervalMs = 50;
+const int kDecodeBudgetMs = 25;
 
 // A picture is decoded whole: its declared size, not its file size, decides the memory it takes.
 const int kMaxImageSide = 8192;
@@ -36,6 +39,16 @@ const qint64 kMaxImagePixels = qint64(32) * 1024 * 1024;
 bool isWebScheme(const QString& scheme)
 {
     return scheme == QLatin1String("http") || scheme == QLatin1String("https");
+}
+
+// Loaded once: a page asks for each of its pictures before they arrive.
+QPixmap missingPicture()
+{
+    const QString name = QStringLiteral(":/qt-project.org/styles/commonstyle/images/file-16.png");
+    QPixmap picture;
+    if (!QPixmapCache::find(name, &picture) && picture.load(name))
+        QPixmapCache::insert(name, picture);
+    return picture;
 }
 
 bool isInside(const QString& path, const QString& folder)
@@ -177,9 +190,7 @@ QVariant HtmlTextBrowser::loadResource(int type, const QUrl& name)
     // would then open the name itself as a path, relative to the working
     // folder or absolute, pipes included. A picture gets Qt's own sign for
     // a missing one.
-    const QVariant refused = type == QTextDocument::ImageResource
-        ? QVariant(QPixmap(QStringLiteral(":/qt-project.org/styles/commonstyle/images/file-16.png")))
-        : QVariant(QByteArray(""));
+    const QVariant refused = type == QTextDocument::ImageResource ? QVariant(missingPicture()) : QVariant(QByteArray(""));
     if (name.scheme() == QLatin1String("qrc"))
         return QTextBrowser::loadResource(type, name);
     if (name.scheme() == QLatin1String("data")) {
@@ -259,28 +270,44 @@ void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
     if (finished)
         finished->deleteLater();
     // The page asked for the picture before it was there: it is handed over
-    // now, under the name the page gives it.
+    // later, under the name the page gives it.
     const QString pageSource = m_sources.take(url);
-    if (finished && res == 0 && !pageSource.isEmpty()) {
-        QFile file(finished->localPath());
-        const QByteArray data = QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly)
-            ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
-        if (isAcceptableImage(data, url))
-            document()->addResource(QTextDocument::ImageResource, QUrl(pageSource), data);
-    }
-
+    if (finished && res == 0 && !pageSource.isEmpty())
+        m_arrived.append({pageSource, finished->localPath()});
     // A relayout of a page with hundreds of pictures takes tens of
     // milliseconds: the pictures that arrive within one interval share one.
-    if (m_relayoutPending)
-        return;
-    m_relayoutPending = true;
-    QTimer::singleShot(kRelayoutIntervalMs, this, [this] {
-        m_relayoutPending = false;
-        QTextBrowser::reload();
-        // Without a source, reload() leaves the laid-out page alone; relaying
-        // it out makes the pictures that have arrived appear.
-        if (source().isEmpty())
-            document()->markContentsDirty(0, document()->characterCount());
-        viewport()->update();
-    });
+    if (!m_relayoutPending) {
+        m_relayoutPending = true;
+        QTimer::singleShot(kRelayoutIntervalMs, this, &HtmlTextBrowser::showArrivedPictures);
+    }
+}
+
+void HtmlTextBrowser::showArrivedPictures()
+{
+    m_relayoutPending = false;
+    // Decoding is the costly part: a burst of arrivals is spread over several
+    // turns of the event loop, each within a budget.
+    QElapsedTimer clock;
+    clock.start();
+    while (!m_arrived.isEmpty() && clock.elapsed() < kDecodeBudgetMs) {
+        const QPair<QString, QString> arrived = m_arrived.takeFirst();
+        QFile file(arrived.second);
+        const QByteArray data = QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly)
+            ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
+        // Decoded once here: handed over as bytes, it would be decoded again
+        // at every layout and paint.
+        QPixmap picture;
+        if (isAcceptableImage(data, arrived.second) && picture.loadFromData(data))
+            document()->addResource(QTextDocument::ImageResource, QUrl(arrived.first), picture);
+    }
+    QTextBrowser::reload();
+    // Without a source, reload() leaves the laid-out page alone; relaying it
+    // out makes the pictures that have arrived appear.
+    if (source().isEmpty())
+        document()->markContentsDirty(0, document()->characterCount());
+    viewport()->update();
+    if (!m_arrived.isEmpty()) {
+        m_relayoutPending = true;
+        QTimer::singleShot(0, this, &HtmlTextBrowser::showArrivedPictures);
+    }
 }
