@@ -33,8 +33,6 @@ int main(int argc, char** argv)
         {"BM_ImageManagerInitialize/Eager", "BM_ImageFloor/LoadAndScale", 1.2},
         // Showing the page may at most double the time its pictures take to arrive.
         {"BM_HelpPage/Shown/iterations:5/manual_time", "BM_HelpPage/DownloadsOnly/iterations:5/manual_time", 2.0},
-        // Showing the page may at most double the time its pictures take to arrive.
-        {"BM_HelpPage/Shown", "BM_HelpPage/DownloadsOnly", 2.0},
         // Built and destroyed, with the same content and parent as the Qt dialog.
         {"BM_BuildQuestion/Sheet", "BM_BuildQuestion/QMessageBox", 1.35},
         // The prompt is a rich-text paragraph (for its line height), laid out
