@@ -116,6 +116,28 @@ void BM_StyleManagerInitialize_Scanner(benchmark::State& state)
 }
 BENCHMARK(BM_StyleManagerInitialize_Scanner)->Name("BM_StyleManagerInitialize/Scanner")->Unit(benchmark::kMillisecond);
 
+void BM_StyleManagerInitialize_RegExp(benchmark::State& state)
+{
+    StyleFiles files;
+    {
+        const QMap<QString, QString> sheets = Oracle::processStyleFiles(
+            files.paths, ImageManager::getInstance()->getTempImageFolder(), ImageManager::getInstance()->getImageFolder());
+        StyleManager styles;
+        styles.initialize(files.paths);
+        for (auto it = sheets.cbegin(); it != sheets.cend(); ++it) {
+            if (styles.getStyleSheet(it.key(), true) != it.value()) {
+                state.SkipWithError("the two formulations disagree");
+                break;
+            }
+        }
+    }
+    ImageManager* images = ImageManager::getInstance();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            Oracle::processStyleFiles(files.paths, images->getTempImageFolder(), images->getImageFolder()));
+}
+BENCHMARK(BM_StyleManagerInitialize_RegExp)->Name("BM_StyleManagerInitialize/RegExp")->Unit(benchmark::kMillisecond);
+
 // What no registry can go below: reading the same files and decoding them.
 void BM_StyleFloor_ReadAndDecode(benchmark::State& state)
 {
