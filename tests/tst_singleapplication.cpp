@@ -13,8 +13,15 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
 #include <memory>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -53,6 +60,37 @@ struct Probe : QProcess {
 
 QString printed(const QByteArray& message) { return "message " + QString::fromLatin1(message.toBase64()); }
 
+// Another user ("nobody") waiting for a victim's command line under its names:
+// it made the lock file and the socket, or holds the lock on a lock file and
+// listens on a socket file that look like the victim's own, or only listens.
+// It answers "ack" as a primary would and passes on whatever reaches it.
+enum Squat { OwnsBoth, HoldsOurLock, ListensOnly };
+pid_t squat(Squat how, const QByteArray& lockPath, const QByteArray& socketPath, int report)
+{
+    const pid_t pid = ::fork();
+    if (pid != 0)
+        return pid;
+    ::alarm(60);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, socketPath.constData(), sizeof(address.sun_path) - 1);
+    const int server = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    const int lock = how == ListensOnly ? -1 : ::open(lockPath.constData(), O_RDWR | O_CREAT, 0644);
+    flock range{};
+    range.l_type = F_WRLCK;
+    if ((lock >= 0 && ::fcntl(lock, F_SETLK, &range) != 0) || ::bind(server, reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0
+        || (how == OwnsBoth && (::chown(lockPath.constData(), 65534, 65534) != 0 || ::chown(socketPath.constData(), 65534, 65534) != 0))
+        || ::setgid(65534) != 0 || ::setuid(65534) != 0 || ::listen(server, 8) != 0 || ::write(report, "ready", 5) != 5)
+        ::_exit(1);
+    for (char buffer[256];;) {
+        const int connection = ::accept(server, nullptr, nullptr);
+        const ssize_t got = ::read(connection, buffer, sizeof(buffer));
+        if (got <= 0 || ::write(report, buffer, size_t(got)) != got || ::write(connection, "ack", 3) != 3)
+            ::_exit(1);
+        ::close(connection);
+    }
+}
+
 } // namespace
 
 class TestSingleApplication : public QObject
@@ -70,6 +108,7 @@ private Q_SLOTS:
     void primaryRolePassesOn();
     void sendsThePublishedFraming();
     void primaryOutlastsFloodsAndSlowSenders();
+    void strangersNeverGetTheMessage();
 
 private:
     Probe* start(const QString& id, const QStringList& extra = QStringList())
@@ -230,36 +269,69 @@ void TestSingleApplication::primaryOutlastsFloodsAndSlowSenders()
     QVERIFY(::prlimit(pid_t(primary->processId()), RLIMIT_NOFILE, &few, nullptr) == 0);
     const auto mapped = [primary] { // the most address space the primary ever had, in MiB
         QFile status(QStringLiteral("/proc/%1/status").arg(primary->processId()));
-        status.open(QIODevice::ReadOnly);
-        const QByteArray text = status.readAll();
+        const QByteArray text = status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray();
         return text.mid(text.indexOf("VmPeak:") + 7).trimmed().split(' ').value(0).toLongLong() >> 10;
     };
     const qint64 before = mapped();
     const QString name = Peer(nullptr, id).name();
-    std::vector<std::unique_ptr<QLocalSocket>> flood;
-    for (int i = 0; i < 16; ++i) // each promises 64 MiB and sends 64 KiB of it
-        flood.push_back(publishedSender(name, QByteArray("\x04\0\0\0", 4) + QByteArray(1 << 16, 'x'), false));
     auto slow = publishedSender(name, QByteArray("\0\0\0\x64" "a", 5), false);
     QElapsedTimer clock;
     clock.start();
-    for (int i = 0; i < 100; ++i) { // more than the primary may have open
-        flood.push_back(std::make_unique<QLocalSocket>());
-        flood.back()->connectToServer(name);
-    }
+    // More connections than the primary may have open; the first 16 promise 64 MiB and send 64 KiB of it.
+    std::vector<std::unique_ptr<QLocalSocket>> flood;
+    for (int i = 0; i < 116; ++i)
+        flood.push_back(publishedSender(name, i < 16 ? QByteArray("\x04\0\0\0", 4) + QByteArray(1 << 16, 'x') : QByteArray(), false));
     // A byte every half second does not keep the slow one connected past the deadline.
     for (int i = 0; i < 16 && slow->state() == QLocalSocket::ConnectedState; ++i) {
         slow->write("a");
         QTest::qWait(500);
     }
     QVERIFY2(clock.elapsed() > 4000 && clock.elapsed() < 7000, qPrintable(QString::number(clock.elapsed())));
-    const auto connected = [](const std::unique_ptr<QLocalSocket>& s) { return s->state() == QLocalSocket::ConnectedState; };
-    QTRY_COMPARE_WITH_TIMEOUT(std::count_if(flood.cbegin(), flood.cend(), connected), std::ptrdiff_t(0), 3000);
     QVERIFY2(mapped() - before < 256, qPrintable(QString::number(mapped() - before)));
-
     // Still listening: the next start's message arrives.
     QVERIFY(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + name));
     startSender(id, "after the flood", QStringLiteral("3"));
     QTRY_COMPARE_WITH_TIMEOUT(primary->messages(), QStringList{printed("after the flood")}, timeout);
+#endif
+}
+
+void TestSingleApplication::strangersNeverGetTheMessage()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("needs SO_PEERCRED and /proc to tell another user's peer");
+#else
+    if (::geteuid() != 0)
+        QSKIP("only root can make files and listeners of another user here");
+    // A temporary folder that every user may write to, as /tmp.
+    const QString id = QStringLiteral("org.orvacat.squatted");
+    QTemporaryDir shared(m_tmp.filePath(QStringLiteral("shared-XXXXXX")));
+    QVERIFY(::chmod(QFile::encodeName(m_tmp.path()), 0711) == 0 && ::chmod(QFile::encodeName(shared.path()), 01777) == 0);
+    const QByteArray socketPath = QFile::encodeName(shared.filePath(Peer(nullptr, id).name()));
+    const QByteArray lockPath = socketPath + "-lockfile";
+    // Names another user holds mean no primary of ours: the start runs alone.
+    // A listener of another user behind our own lock is refused the message.
+    for (const auto& [how, outcome] : {std::make_pair(OwnsBoth, "primary\n"), std::make_pair(HoldsOurLock, "primary\n"),
+                                       std::make_pair(ListensOnly, "secondary\nfailed\n")}) {
+        QFile::remove(QFile::decodeName(socketPath));
+        QFile::remove(QFile::decodeName(lockPath));
+        QtLockedFile ours(QFile::decodeName(lockPath));
+        QVERIFY(how != ListensOnly || (ours.open(QIODevice::ReadWrite) && ours.lock(QtLockedFile::WriteLock, false)));
+        int report[2];
+        char heard[256];
+        QVERIFY(::pipe(report) == 0);
+        const pid_t squatter = squat(how, lockPath, socketPath, report[1]);
+        ::close(report[1]);
+        QCOMPARE(::read(report[0], heard, sizeof(heard)), ssize_t(5)); // ready
+        qputenv("TMPDIR", QFile::encodeName(shared.path()));
+        Probe* victim = startSender(id, "secret");
+        qputenv("TMPDIR", QFile::encodeName(m_tmp.path()));
+        QTRY_COMPARE_WITH_TIMEOUT(victim->text(), QString::fromLatin1(outcome), timeout);
+        ::kill(squatter, SIGKILL);
+        ::waitpid(squatter, nullptr, 0);
+        const ssize_t leaked = ::read(report[0], heard, sizeof(heard));
+        ::close(report[0]);
+        QCOMPARE(leaked, ssize_t(0));
+    }
 #endif
 }
 

@@ -41,14 +41,17 @@ public:
 
     /**
      * False when this process is (or, by this call, becomes) the primary
-     * instance and listens for messages; true when another process holds the
-     * lock.
+     * instance and listens for messages; true when another process of this
+     * user holds the lock. Also false, with a warning, when the lock file or
+     * the socket belongs to another user or another user holds the lock: the
+     * process then runs alone, without listening.
      */
     bool isClient();
     /**
      * Sends @p message to the primary instance and waits up to @p timeout ms
-     * for it to be acknowledged. False in the primary itself, or when no
-     * primary answered.
+     * for it to be acknowledged. False in the primary itself, when no
+     * primary answered, or when the process listening on the socket is
+     * another user's (nothing is sent to it).
      */
     bool sendMessage(const QString& message, int timeout);
     /** The application id: the one given, or the executable's path. */

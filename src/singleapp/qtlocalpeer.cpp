@@ -13,7 +13,10 @@
 #include <QtEndian>
 
 #include <atomic>
+#include <cstring>
 #include <functional>
+#include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -199,6 +202,48 @@ bool fileIdentity(const QString& path, quint64* device, quint64* inode)
     return true;
 }
 
+// The temporary folder is shared by every user, so another user can make the
+// lock file or the socket first, or lock our lock file (it is readable), and
+// would be handed our command lines. Whatever is not this user's own counts
+// as no primary at all.
+bool ownedByAnotherUser(const QString& path)
+{
+    struct stat info;
+    return ::lstat(QFile::encodeName(path).constData(), &info) == 0 && info.st_uid != ::geteuid();
+}
+
+bool lockHeldByAnotherUser(int fd)
+{
+#ifdef Q_OS_LINUX
+    struct flock range;
+    std::memset(&range, 0, sizeof(range));
+    range.l_type = F_WRLCK;
+    range.l_whence = SEEK_SET;
+    if (fd < 0 || ::fcntl(fd, F_GETLK, &range) != 0 || range.l_type == F_UNLCK || range.l_pid <= 0)
+        return false;
+    return ownedByAnotherUser(QStringLiteral("/proc/%1").arg(range.l_pid));
+#else
+    Q_UNUSED(fd)
+    return false;
+#endif
+}
+
+bool peerIsAnotherUser(qintptr fd)
+{
+#if defined(Q_OS_LINUX)
+    struct ucred peer;
+    socklen_t size = sizeof(peer);
+    return ::getsockopt(int(fd), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.uid != ::geteuid();
+#elif defined(Q_OS_DARWIN) || defined(Q_OS_FREEBSD) || defined(Q_OS_NETBSD) || defined(Q_OS_OPENBSD)
+    uid_t uid;
+    gid_t gid;
+    return ::getpeereid(int(fd), &uid, &gid) != 0 || uid != ::geteuid();
+#else
+    Q_UNUSED(fd)
+    return false;
+#endif
+}
+
 // Servers whose socket name another process has taken over; see ~QtLocalPeer.
 QList<QLocalServer*>& abandonedServers()
 {
@@ -264,8 +309,19 @@ bool QtLocalPeer::isClient()
 {
     if (lockFile.isLocked())
         return false;
-    if (!lockFile.lock(QtLP_Private::QtLockedFile::WriteLock, false))
+    const QString socketPath = QDir::cleanPath(QDir::tempPath()) + QLatin1Char('/') + socketName;
+    // Running alone, without listening: the names are not ours to use.
+    if (ownedByAnotherUser(lockFile.fileName())) {
+        qWarning("QtLocalPeer: %s belongs to another user, running alone", qPrintable(lockFile.fileName()));
+        return false;
+    }
+    if (!lockFile.lock(QtLP_Private::QtLockedFile::WriteLock, false)) {
+        if (lockHeldByAnotherUser(lockFile.handle()) || ownedByAnotherUser(socketPath)) {
+            qWarning("QtLocalPeer: %s is held by another user, running alone", qPrintable(socketPath));
+            return false;
+        }
         return true;
+    }
 
     // Holding the lock makes the socket name ours: whatever file is there
     // belongs to an instance that died or gave up, or to our own earlier turn.
@@ -273,7 +329,7 @@ bool QtLocalPeer::isClient()
         server->close();
     bool listening = server->listen(socketName);
     if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
-        QFile::remove(QDir::cleanPath(QDir::tempPath()) + QLatin1Char('/') + socketName);
+        QFile::remove(socketPath);
         listening = server->listen(socketName);
     }
     if (listening)
@@ -301,6 +357,11 @@ bool QtLocalPeer::sendMessage(const QString& message, int timeout)
     }
     if (!connected)
         return false;
+    if (peerIsAnotherUser(socket.socketDescriptor())) {
+        qWarning("QtLocalPeer: %s is served by another user, message not sent", qPrintable(socket.fullServerName()));
+        socket.abort();
+        return false;
+    }
 
     const QByteArray body = message.toUtf8();
     {
