@@ -18,7 +18,9 @@
  * the image names ("images") and the images that style sheets use
  * ("tmp_images"); the PNGs, drawn at four times their shown size, live in
  * resource_path/images as name.png, name_hover.png, name_click.png and
- * name_disable.png. Pixmaps are scaled for the screen and cached.
+ * name_disable.png. Pixmaps are scaled for the screen and cached. A picture
+ * whose header declares more than 8192 pixels a side or 32 megapixels is
+ * refused with a warning before it is decoded, and counts as missing.
  *
  * Set "resource_path" and "user_data_path" in UIPathManager first. Asking
  * for a folder before initialize() ends the process.
