@@ -15,6 +15,7 @@
 #include <QPixmapCache>
 #include <QPointer>
 #include <QSet>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTimer>
 #include <QUrl>
@@ -289,6 +290,7 @@ void HtmlTextBrowser::showArrivedPictures()
     // turns of the event loop, each within a budget.
     QElapsedTimer clock;
     clock.start();
+    QSet<QString> shown;
     while (!m_arrived.isEmpty() && clock.elapsed() < kDecodeBudgetMs) {
         const QPair<QString, QString> arrived = m_arrived.takeFirst();
         QFile file(arrived.second);
@@ -297,14 +299,26 @@ void HtmlTextBrowser::showArrivedPictures()
         // Decoded once here: handed over as bytes, it would be decoded again
         // at every layout and paint.
         QPixmap picture;
-        if (isAcceptableImage(data, arrived.second) && picture.loadFromData(data))
+        if (isAcceptableImage(data, arrived.second) && picture.loadFromData(data)) {
             document()->addResource(QTextDocument::ImageResource, QUrl(arrived.first), picture);
+            shown.insert(arrived.first);
+        }
     }
-    QTextBrowser::reload();
-    // Without a source, reload() leaves the laid-out page alone; relaying it
-    // out makes the pictures that have arrived appear.
-    if (source().isEmpty())
-        document()->markContentsDirty(0, document()->characterCount());
+    // Without a source, reload() leaves the laid-out page alone. Only the
+    // stretch that holds the new pictures is laid out again: the whole page
+    // would cost as much again as the pictures themselves.
+    int first = -1, last = -1;
+    for (QTextBlock block = document()->begin(); block.isValid() && !shown.isEmpty(); block = block.next()) {
+        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+            const QTextCharFormat format = it.fragment().charFormat();
+            if (format.isImageFormat() && shown.contains(format.toImageFormat().name())) {
+                first = first < 0 ? it.fragment().position() : first;
+                last = it.fragment().position() + it.fragment().length();
+            }
+        }
+    }
+    if (first >= 0)
+        document()->markContentsDirty(first, last - first);
     viewport()->update();
     if (!m_arrived.isEmpty()) {
         m_relayoutPending = true;
