@@ -12,7 +12,7 @@ void RatioReporter::ReportRuns(const std::vector<Run>& reports)
     for (const Run& run : reports) {
         if (run.run_type != Run::RT_Iteration || run.error_occurred)
             continue;
-        // A benchmark on manual time measured the CPU time itself (in another process).
+        // A benchmark on manual time measured its own time (e.g. in another process).
         m_times[run.benchmark_name()] =
             run.run_name.time_type == "manual_time" ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
     }
