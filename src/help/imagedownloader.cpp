@@ -76,6 +76,8 @@ void ImageDownloader::start(const QSharedPointer<QNetworkAccessManager>& manager
     connect(reply, &QNetworkReply::finished, this, [this, reply] { slotFinishDownload(reply); });
     // A server that never answers would keep the connection for ever.
     QTimer::singleShot(kTimeoutMs, reply, [reply] {
+        if (reply->isFinished())
+            return;
         qCWarning(debug_message) << "Help image not received in time, download stopped:" << reply->url().toString();
         reply->abort();
     });
