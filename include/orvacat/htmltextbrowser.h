@@ -1,6 +1,12 @@
 #ifndef ORVACAT_HTMLTEXTBROWSER_H
 #define ORVACAT_HTMLTEXTBROWSER_H
 
+/**
+ * @file
+ * HtmlTextBrowser, the view of the help pages, and ImageDownloader, which
+ * fetches their pictures into the cache.
+ */
+
 #include <orvacat/orvacat_export.h>
 
 #include <QMap>
@@ -52,7 +58,9 @@ public:
     /** 0 after a reply without network error, -1 after an error; -1 before isFinished(). */
     int result() const;
 
+    /** The file the body is written to, as given to the constructor. */
     QString localPath() const;
+    /** The URL fetched, as given to the constructor. */
     QString url() const;
 
     /** The largest image body accepted, in bytes. */
@@ -78,7 +86,7 @@ private:
 
 /**
  * The rich-text view of the help and browser windows. When setText() gets
- * HTML carrying a base tag (<base href="...">), every distinct image source
+ * HTML carrying a base tag (\<base href="..."\>), every distinct image source
  * of the page is downloaded from base URL + source into the cache folder
  * QDir::tempPath() + "/orvana_help/image", which is put in front of the
  * search paths; the view redraws as each download completes. The downloads
@@ -98,6 +106,7 @@ class ORVACAT_EXPORT HtmlTextBrowser : public QTextBrowser
     Q_OBJECT
 
 public:
+    /** An empty view without a base URL; nothing is downloaded before setText(). */
     explicit HtmlTextBrowser(QWidget* parent = nullptr);
     ~HtmlTextBrowser() override;
 
@@ -126,6 +135,7 @@ public:
      * regular files are read, never pipes or devices.
      */
     void setPageOrigin(const QUrl& origin);
+    /** The origin set with setPageOrigin(); empty before. */
     QUrl pageOrigin() const;
 
     /** The value of the last base tag seen; empty before the first. */
