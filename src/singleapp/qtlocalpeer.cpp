@@ -336,6 +336,28 @@ bool QtLocalPeer::isClient()
         fileIdentity(server->fullServerName(), &m_socketDevice, &m_socketInode);
     else
         qWarning("QtSingleCoreApplication: listen on local socket failed, %s", qPrintable(server->errorString()));
+
+    // QLocalServer closes its socket and removes the file when accept() fails,
+    // as it does while the process has no descriptor to spare (the host's own
+    // files count too), yet still reports itself listening (and asking it for
+    // its descriptor then crashes). The missing file tells; the name stays
+    // ours while we hold the lock, so listen again once there is room.
+    const QString relistenName = QStringLiteral("orvacat-relisten");
+    if (!findChild<QTimer*>(relistenName, Qt::FindDirectChildrenOnly)) {
+        auto* relisten = new QTimer(this);
+        relisten->setObjectName(relistenName);
+        QObject::connect(relisten, &QTimer::timeout, this, [this] {
+            quint64 device = 0;
+            quint64 inode = 0;
+            if (!lockFile.isLocked()
+                || (fileIdentity(server->fullServerName(), &device, &inode) && device == m_socketDevice && inode == m_socketInode))
+                return;
+            server->close();
+            if (server->listen(socketName))
+                fileIdentity(server->fullServerName(), &m_socketDevice, &m_socketInode);
+        });
+        relisten->start(1000);
+    }
     QObject::connect(server, &QLocalServer::newConnection, this, &QtLocalPeer::receiveConnection,
                      Qt::UniqueConnection);
     return false;
