@@ -85,6 +85,8 @@ void TestStyleSheetScanner::agreesWithRegExpOnGeneratedText()
         const QString text = generate(random, 1 + random.bounded(50));
         const double factor = factors[i % 5];
         QCOMPARE(StyleSheetScanner::scalePixelLengths(text, factor), Oracle::scalePixelLengths(text, factor));
+        // The library's own copy of the scanner, at the screen's factor.
+        QCOMPARE(DPIinfo::getInstance()->getScaledStyleSheet(text), Oracle::scalePixelLengths(text, DPIinfo::getInstance()->getDPI()));
         QCOMPARE(stripBoth(text), Oracle::stripComments(text));
         QMap<QString, QString> sections;
         StyleSheetScanner::splitSections(text, sections);

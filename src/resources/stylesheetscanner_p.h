@@ -9,8 +9,6 @@
 // registry, DPIinfo, the tests and the benchmarks, and may change at any time.
 //
 
-#include <orvacat/orvacat_export.h>
-
 #include <QMap>
 #include <QString>
 
@@ -24,13 +22,13 @@ namespace StyleSheetScanner {
  * four or more characters is found a second time and the output stops when it
  * runs out of text between matches.
  */
-ORVACAT_EXPORT QString scalePixelLengths(const QString& text, double factor);
+QString scalePixelLengths(const QString& text, double factor);
 
 /** Removes every "/*...*\/" block comment (shortest match, may span lines). */
-ORVACAT_EXPORT QString stripBlockComments(QString text);
+QString stripBlockComments(QString text);
 
 /** Removes every "//" up to and including the next line feed. */
-ORVACAT_EXPORT QString stripLineComments(QString text);
+QString stripLineComments(QString text);
 
 /**
  * Splits @p text into "== key ==" sections and stores them in @p sections
@@ -39,38 +37,38 @@ ORVACAT_EXPORT QString stripLineComments(QString text);
  * A caller that knows the text holds no '\r' passes false for
  * @p mayHaveCarriageReturns and saves a search through every body.
  */
-ORVACAT_EXPORT void splitSections(const QString& text, QMap<QString, QString>& sections,
+void splitSections(const QString& text, QMap<QString, QString>& sections,
                                   bool mayHaveCarriageReturns = true);
 
 /**
  * The text with every "TMPIMG_LOC" replaced by @p tempImageFolder and then
  * every "IMG_LOC" by @p imageFolder, in one pass where that gives the same.
  */
-ORVACAT_EXPORT QString replacePlaceholders(const QString& text, const QString& tempImageFolder,
+QString replacePlaceholders(const QString& text, const QString& tempImageFolder,
                                            const QString& imageFolder);
 
 /**
  * False when @p tempImageFolder could take part in an "IMG_LOC" match once it
  * stands in the text; appendReplacingPlaceholders() must not be used then.
  */
-ORVACAT_EXPORT bool placeholdersReplaceInOnePass(const QString& tempImageFolder);
+bool placeholdersReplaceInOnePass(const QString& tempImageFolder);
 
 /**
  * Appends @p text to @p out with the placeholders replaced as by
  * replacePlaceholders(), without an intermediate copy. When @p out must
  * grow, it grows by @p spare characters more, for what is still to come.
  */
-ORVACAT_EXPORT void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
+void appendReplacingPlaceholders(QString& out, QStringView text, const QString& tempImageFolder,
                                                 const QString& imageFolder, int spare);
 /** The same for text in Latin-1 (and so for UTF-8 that is all ASCII). */
-ORVACAT_EXPORT void appendReplacingPlaceholders(QString& out, QLatin1String text, const QString& tempImageFolder,
+void appendReplacingPlaceholders(QString& out, QLatin1String text, const QString& tempImageFolder,
                                                 const QString& imageFolder, int spare);
 
 /**
  * trunc(value) as an int; values beyond the int range saturate and NaN gives
  * 0, so a hostile length never reaches undefined behaviour.
  */
-ORVACAT_EXPORT int truncatedPixels(double value);
+int truncatedPixels(double value);
 
 } // namespace StyleSheetScanner
 
