@@ -86,7 +86,9 @@ void TestButtonPath::elementsBecomeButtonsThatEmitTheirPath()
         const int text = cell(bar, column)->fontMetrics().horizontalAdvance(bar.getPath(column).section('/', -1));
         QVERIFY2(qAbs(bar.columnWidth(column) - factor * (text + 16)) < 1, qPrintable(cell(bar, column)->text()));
         QCOMPARE(cell(bar, column)->width(), bar.columnWidth(column));
+        QCOMPARE(cell(bar, column)->height(), TestEnvironment::scaled(26));
     }
+    QVERIFY(!bar.showGrid()); // no lines between the folders
     QCOMPARE(bar.columnWidth(3), TestEnvironment::scaled(6));
 
     // A click asks for the path up to the element, ampersand single again; arrows lead nowhere.

@@ -163,8 +163,13 @@ private Q_SLOTS:
         view->setMaximumDate(limit);
         click(today);
         QCOMPARE(calendar->selectedDate(), limit);
+        const QDate soonest = QDate::currentDate().addDays(40);
+        view->setMaximumDate(soonest.addYears(1));
+        view->setMinimumDate(soonest);
+        click(today);
+        QCOMPARE(calendar->selectedDate(), soonest);
         const QString now = QDate::currentDate().toString(Qt::ISODate);
-        QCOMPARE(dates(selected), now + ' ' + now);
+        QCOMPARE(dates(selected), now + ' ' + now + ' ' + now);
     }
 
     void tabWalksTheCycle()
