@@ -111,7 +111,7 @@ void BrowserWindow::query()
     // Read as it comes, it never waits in Qt's buffers beyond a chunk.
     reply->setReadBufferSize(kReadChunk);
     connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
-        if (reply != m_reply)
+        if (reply != m_reply || !reply->isOpen())
             return;
         m_body += reply->read(maxContentSize() + 1 - m_body.size());
         if (m_body.size() > maxContentSize() && !reply->isFinished()) {
@@ -139,7 +139,8 @@ void BrowserWindow::slotReceiveReply(QNetworkReply* reply)
         fallbackOffline();
         return;
     }
-    m_body += reply->read(maxContentSize() + 1 - m_body.size());
+    if (reply->isOpen())
+        m_body += reply->read(maxContentSize() + 1 - m_body.size());
     const QByteArray body = std::exchange(m_body, QByteArray());
     const QByteArray encoding = reply->rawHeader("Content-Encoding").trimmed().toLower();
     if (body.size() > maxContentSize() || (!encoding.isEmpty() && encoding != "identity")) {

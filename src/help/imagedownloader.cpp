@@ -65,6 +65,8 @@ void ImageDownloader::start(const QSharedPointer<QNetworkAccessManager>& manager
     // however busy the GUI thread is.
     reply->setReadBufferSize(kReadChunk);
     connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
+        if (!reply->isOpen())
+            return;
         m_data += reply->read(maxImageSize() + 1 - m_data.size());
         if (m_data.size() > maxImageSize() && !reply->isFinished()) {
             qCWarning(debug_message) << "Help image too large, download stopped:" << reply->url().toString();
@@ -113,7 +115,7 @@ void ImageDownloader::slotFinishDownload(QNetworkReply* reply)
     if (!reply || m_finished)
         return;
     reply->deleteLater();
-    if (!m_tooLarge)
+    if (!m_tooLarge && reply->isOpen())
         m_data += reply->read(maxImageSize() + 1 - m_data.size());
     const QByteArray encoding = reply->rawHeader("Content-Encoding").trimmed().toLower();
     const bool tooLarge = m_tooLarge || m_data.size() > maxImageSize();
