@@ -219,6 +219,7 @@ void TestSingleApplication::primaryRolePassesOn()
     // The old one ending must not take the successor's socket with it.
     old->closeWriteChannel();
     QVERIFY(old->waitForFinished(timeout));
+    QVERIFY(QFileInfo::exists(QDir::tempPath() + QLatin1Char('/') + Peer(nullptr, id).name())); // not even for a moment
     startSender(id, "still there");
     QTRY_COMPARE_WITH_TIMEOUT(successor->messages().size(), 2, timeout);
 
