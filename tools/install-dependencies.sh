@@ -12,8 +12,9 @@ packages=(cmake g++ make pkg-config ccache qtbase5-dev qtbase5-dev-tools libqt5n
 if [ "$what" = test ] || [ "$what" = all ]; then
     # xvfb/xauth/x11-utils: the window close-button tests run under a virtual
     # X server; openssl makes the help tests' certificate; Google Benchmark
-    # for bench/; doxygen writes the API reference, which CI checks.
-    packages+=(xvfb xauth x11-utils openssl libbenchmark-dev doxygen)
+    # for bench/; doxygen writes the API reference, which CI checks;
+    # qttools5-dev brings the Designer headers the plugin is built with.
+    packages+=(xvfb xauth x11-utils openssl libbenchmark-dev doxygen qttools5-dev)
 fi
 
 missing=()
