@@ -430,6 +430,7 @@ private Q_SLOTS:
         QVERIFY2(peak.toLong() < 150 * 1024, peak.constData());
 #endif
         QCOMPARE(std::count_if(images.targets.cbegin(), images.targets.cend(), [](const QByteArray& t) { return t.startsWith("/p"); }), 254);
+        QVERIFY(QFile::exists(m_cache + "/p0.png") && !QFile::exists(m_cache + "/bomb.png") && !QFile::exists(m_cache + "/endless.png"));
 
         // A downloader alone: 0 once a reply came (written or not), -1 after a network error.
         for (const QString name : {"alone.png", "no/such/folder.png", "refused.png"}) {
