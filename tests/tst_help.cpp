@@ -227,6 +227,8 @@ private Q_SLOTS:
         QCOMPARE(fileContents(m_cache + "/plain.png") + fileContents(m_cache + "/wide.png"), images.targets[0] + images.targets[2]);
         QCOMPARE(QFileInfo(m_cache).permissions() | QFileInfo(QDir::tempPath() + "/orvana_help").permissions(),
                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+        // The pictures too are the user's alone.
+        QCOMPARE(QFileInfo(m_cache + "/tall.png").permissions(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
 
         // The body is UTF-8 up to its first NUL byte.
         const char raw[] = "<p>caf\xc3\xa9 \xff broken</p>\0<p>after the nul</p>";
