@@ -58,6 +58,9 @@ int execBox(QMessageBox::Icon icon, const QString& title, const QString& text, c
     // them, and a sheet set later would polish them again.
     box.setStyleSheet(getStyleSheet(styleKey, false));
     box.setStandardButtons(buttons);
+    // No desktop style's tick or bin on the toolkit's buttons: their words say it.
+    for (QAbstractButton* made : box.buttons())
+        made->setIcon(QIcon());
     styleOkButton(box, captions.okText);
     styleCancelButton(box, captions.cancelText);
     return box.exec();

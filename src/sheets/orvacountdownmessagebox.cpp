@@ -18,6 +18,9 @@ OrvaCountdownMessageBox::OrvaCountdownMessageBox(int seconds, QWidget* parent)
     // The box's sheet before its buttons, which are polished as they are made.
     setStyleSheet(getStyleSheet("component.info_message_box", false));
     setStandardButtons(QMessageBox::Ok | QMessageBox::Discard);
+    // No desktop style's tick or bin on the toolkit's buttons: their words say it.
+    for (QAbstractButton* made : buttons())
+        made->setIcon(QIcon());
     button(QMessageBox::Ok)->setStyleSheet(getStyleSheet("component.apply_button", false));
     QAbstractButton* cancel = button(QMessageBox::Discard);
     cancel->setStyleSheet(getStyleSheet("component.cancel_button", false));

@@ -126,6 +126,9 @@ int OrvaInputSheetPrivate::getPreferredWidth()
 void OrvaInputSheetPrivate::setStandardButtons(QMessageBox::StandardButtons buttons)
 {
     buttonBox->setStandardButtons(QDialogButtonBox::StandardButtons(int(buttons)));
+    // No desktop style's tick or bin on the toolkit's buttons: their words say it.
+    for (QAbstractButton* made : buttonBox->buttons())
+        made->setIcon(QIcon());
 }
 
 QPushButton* OrvaInputSheetPrivate::button(QMessageBox::StandardButton which) const

@@ -74,6 +74,10 @@ int DialogButtonBoxStyle::styleHint(StyleHint hint, const QStyleOption* option, 
 {
     if (hint == QStyle::SH_DialogButtonLayout)
         return QDialogButtonBox::WinLayout;
+    // Desktop styles put a tick and a bin on Ok and Discard; a sheet's
+    // buttons say what they do in words only, on every platform.
+    if (hint == QStyle::SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }
 
