@@ -20,9 +20,12 @@ const QColor maskColour(0, 0, 0, 20);
  * the widget it is built on. If the window goes away during the run, the sheet
  * goes with it and the answer is 0.
  */
-int execSheet(OrvaMessageSheet* sheet, QWidget* parent)
+int execSheet(OrvaMessageSheet* sheet, const QString& title, QWidget* parent)
 {
     QPointer<OrvaMessageSheet> guard(sheet);
+    // Not shown on the sheet, but its name for assistive technology, as a
+    // box's title is.
+    sheet->setWindowTitle(title);
     OrvaMask::createMask(sheet, parent->window(), maskColour);
     const int result = sheet->exec();
     delete guard.data();
@@ -71,7 +74,7 @@ int execBox(QMessageBox::Icon icon, const QString& title, const QString& text, c
 void showInfoMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, text, parent->window()), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, text, parent->window()), title, parent);
         return;
     }
     execBox(QMessageBox::Information, title, text, QString(), QMessageBox::Ok, "component.info_message_box",
@@ -81,7 +84,7 @@ void showInfoMsg(const QString& title, const QString& text, QWidget* parent)
 void showWarningMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, parent->window()), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, parent->window()), title, parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, QString(), QMessageBox::Ok, "component.warning_message_box",
@@ -91,7 +94,7 @@ void showWarningMsg(const QString& title, const QString& text, QWidget* parent)
 void showWarningMsg(const QString& title, const QString& text, const QString& informativeText, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent->window()), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent->window()), title, parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, informativeText, QMessageBox::Ok, "component.warning_message_box",
@@ -107,7 +110,7 @@ int showConfirmMsgCustomBtn(const QString& title, const QString& text, const Msg
                             QWidget* parent)
 {
     if (parent)
-        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent->window()), parent);
+        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent->window()), title, parent);
     return execBox(QMessageBox::Question, title, text, QString(), QMessageBox::Ok | QMessageBox::Cancel,
                    "component.confirm_message_box", captions);
 }
@@ -115,7 +118,7 @@ int showConfirmMsgCustomBtn(const QString& title, const QString& text, const Msg
 void showUpgradingMsg(const QString& title, const QString& text, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::UpgradeMessage, text, parent->window()), parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::UpgradeMessage, text, parent->window()), title, parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, QString(), QMessageBox::Ok, "component.upgrading_message_box",

@@ -1,5 +1,6 @@
 #include <orvacat/orvainputsheet.h>
 
+#include "accessiblesheet_p.h"
 #include "orvainputsheet_p.h"
 #include "orvamessagesheet_p.h"
 
@@ -57,6 +58,12 @@ void OrvaInputSheetPrivate::setText(const QString& text)
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignTop);
     label->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Maximum);
+    // The prompt is the field's name for assistive technology, without its
+    // markup (a buddy would lend it the label's raw rich text).
+    if (lineEdit->accessibleName().isEmpty() || lineEdit->accessibleName() == fieldName) {
+        fieldName = SheetAccessibility::plainText(text);
+        lineEdit->setAccessibleName(fieldName);
+    }
 }
 
 QList<QWidget*> OrvaInputSheetPrivate::focusStops() const
@@ -222,7 +229,6 @@ void OrvaInputSheet::done(int result)
 {
     if (!d->modalRun.finish(result))
         return;
-    hide();
     Q_EMIT finished(result);
 }
 
@@ -252,6 +258,9 @@ bool OrvaInputSheet::eventFilter(QObject* watched, QEvent* event)
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
     if (watched != window()) {
+        // Return on a focused button is the button's, not the window's Ok.
+        if (SheetModalRun::clickFocusedButton(watched, key->key(), d->buttonBox->buttons()))
+            return true;
         const bool tab = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
         return tab && watched->isWidgetType()
             && d->focusNextStop(static_cast<QWidget*>(watched),

@@ -25,6 +25,7 @@ class OrvaInputSheetPrivate : public QObject
 
 public:
     explicit OrvaInputSheetPrivate(OrvaInputSheet* sheet);
+    static const OrvaInputSheetPrivate* get(const OrvaInputSheet* sheet) { return sheet->d; }
 
     /** Styles and buttons; the caller lays the sheet out. */
     void initialize();
@@ -44,6 +45,8 @@ public:
     QLineEdit* lineEdit;
     QDialogButtonBox* buttonBox;
     SheetModalRun modalRun;
+    // The name the field got from the prompt; one the host gave it instead is kept.
+    QString fieldName;
 };
 
 #endif // ORVACAT_ORVAINPUTSHEET_P_H

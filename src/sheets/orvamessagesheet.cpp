@@ -467,7 +467,6 @@ void OrvaMessageSheet::done(int result)
         return;
     if (d->movie)
         d->movie->stop();
-    hide();
     Q_EMIT finished(result);
 }
 
@@ -492,7 +491,7 @@ bool OrvaMessageSheet::eventFilter(QObject* watched, QEvent* event)
     auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
         restrictedFocus(watched, key);
-    else
+    else if (!SheetModalRun::clickFocusedButton(watched, key->key(), d->buttonBox->buttons()))
         SheetModalRun::answerKey(key->key(), d->button(QMessageBox::Ok), d->button(QMessageBox::Discard));
     return true;
 }

@@ -65,6 +65,7 @@ class OrvaMessageSheetPrivate : public QObject
 
 public:
     explicit OrvaMessageSheetPrivate(OrvaMessageSheet* sheet);
+    static const OrvaMessageSheetPrivate* get(const OrvaMessageSheet* sheet) { return sheet->d; }
 
     /** Styles, icon and buttons for the type; the caller lays the sheet out. */
     void initialize(const MsgBoxCustomBtnText& captions);

@@ -8,9 +8,11 @@
 // This file is not part of the public API.
 //
 
+#include <QList>
 #include <QPointer>
 #include <QWidget>
 
+class QAbstractButton;
 class QEvent;
 class QEventLoop;
 class QPushButton;
@@ -28,7 +30,10 @@ public:
 
     /**
      * Shows the sheet and starts watching its window; with
-     * @p blockCloseButton also takes the window's close button away.
+     * @p blockCloseButton also takes the window's close button away. The
+     * rest of the window is disabled until the end, so that neither the
+     * mouse, shortcuts nor assistive technology reach it, and the widget
+     * that had the focus gets it back then.
      */
     void start(bool blockCloseButton);
     /** Whether exec() is inside its loop. */
@@ -40,9 +45,10 @@ public:
     int exec();
     /**
      * Ends this showing: gives the close button back, ends the loop with
-     * @p result and stops watching the window. Returns false, doing nothing,
-     * when this showing has been ended already; a sheet never shown ends
-     * once too. The caller hides the sheet and reports the end only on true.
+     * @p result, stops watching the window, hides the sheet, gives the rest
+     * of the window back and the focus to where it was. Returns false, doing
+     * nothing, when this showing has been ended already; a sheet never shown
+     * ends once too. The caller reports the end only on true.
      */
     bool finish(int result);
     /** To be called from the sheet's destructor. */
@@ -56,8 +62,18 @@ public:
      * every key it is shown this way, answered or not.
      */
     static void answerKey(int key, QPushButton* ok, QPushButton* cancel);
+    /**
+     * Return, Enter or Space on one of @p buttons (the one with the focus)
+     * click that button, whatever the keys mean elsewhere in the sheet: a
+     * user who tabbed to cancel must not get Ok. Returns whether it did.
+     */
+    static bool clickFocusedButton(QObject* watched, int key, const QList<QAbstractButton*>& buttons);
 
 private:
+    void blockRestOfWindow();
+    void unblockRestOfWindow();
+    void giveFocusBack();
+
     QWidget* m_sheet;
     QEventLoop* m_eventLoop;
     void* m_closeButtonState;
@@ -71,6 +87,12 @@ private:
     // the sheet was moved to another window meanwhile.
     QPointer<QWidget> m_blockedWindow;
     QPointer<QWidget> m_filteredWindow;
+    // The widgets beside the sheet (or beside its mask, and so on up to the
+    // window) that this showing disabled; those the host had disabled are
+    // not among them and stay as they were.
+    QList<QPointer<QWidget>> m_disabled;
+    QPointer<QWidget> m_focusBefore;
+    bool m_announced;
 };
 
 #endif // ORVACAT_SHEETMODALRUN_P_H
