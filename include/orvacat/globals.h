@@ -9,8 +9,11 @@
 
 #include <orvacat/orvacat_export.h>
 
+#include <QEnterEvent>
 #include <QLoggingCategory>
 #include <QRect>
+
+#include <type_traits>
 
 /**
  * The toolkit's logging category, named "debug.message". Every diagnostic of
@@ -26,5 +29,12 @@ ORVACAT_EXPORT extern QLoggingCategory debug_message;
  * first check box is drawn.
  */
 ORVACAT_EXPORT extern QRect g_check_rect;
+
+/**
+ * The parameter type of QWidget::enterEvent: QEvent under Qt 5, QEnterEvent
+ * under Qt 6. The toolkit's enterEvent overrides take it, and so can a host
+ * widget that derives from them and builds against either Qt.
+ */
+using OrvaEnterEvent = std::conditional_t<(QT_VERSION_MAJOR >= 6), QEnterEvent, QEvent>;
 
 #endif // ORVACAT_GLOBALS_H

@@ -8,6 +8,7 @@
  * registries, so initialize those before constructing one.
  */
 
+#include <orvacat/globals.h>
 #include <orvacat/orvacat_export.h>
 
 #include <QCheckBox>
@@ -70,7 +71,7 @@ public:
 
 protected:
     /** Shows the hover picture when enabled. */
-    void enterEvent(QEvent* event) override;
+    void enterEvent(OrvaEnterEvent* event) override;
     /** Shows the default picture when enabled and without focus. */
     void leaveEvent(QEvent* event) override;
     /** Shows the press picture when enabled. */

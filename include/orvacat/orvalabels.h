@@ -7,6 +7,7 @@
  * comes from the style sheet registry, so initialize that before constructing one.
  */
 
+#include <orvacat/globals.h>
 #include <orvacat/orvacat_export.h>
 
 #include <QLabel>
@@ -62,7 +63,7 @@ Q_SIGNALS:
 
 protected:
     /** Pushes the pointing hand and underlines the text when enabled. */
-    void enterEvent(QEvent* event) override;
+    void enterEvent(OrvaEnterEvent* event) override;
     /** Takes the hand and the underline back when enabled. */
     void leaveEvent(QEvent* event) override;
     /** Emits clicked() first; the base handler runs only if the label survived it. */

@@ -95,7 +95,7 @@ void OrvaIconButton::setDisableIcon(const QPixmap& pixmap)
     m_disableIcon = QIcon(pixmap);
 }
 
-void OrvaIconButton::enterEvent(QEvent* event)
+void OrvaIconButton::enterEvent(OrvaEnterEvent* event)
 {
     if (isEnabled())
         showStateIcon(m_hoverIcon);

@@ -86,7 +86,7 @@ void LinkLabel::setHoverLook(bool on)
     setFont(underlined);
 }
 
-void LinkLabel::enterEvent(QEvent* event)
+void LinkLabel::enterEvent(OrvaEnterEvent* event)
 {
     if (isEnabled())
         setHoverLook(true);
@@ -100,7 +100,8 @@ void LinkLabel::leaveEvent(QEvent* event)
         QLabel::leaveEvent(event);
     } else {
         // Kept as it always was: the base enter handler does nothing visible here.
-        QLabel::enterEvent(event);
+        // Under Qt 6 a leave is no enter event, so that handler gets null there.
+        QLabel::enterEvent(dynamic_cast<OrvaEnterEvent*>(event));
     }
 }
 
