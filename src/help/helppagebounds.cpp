@@ -9,7 +9,7 @@ bool isNameChar(QChar c)
 
 // Elements that never hold others, and those Qt closes by itself when the
 // next one opens (an unclosed <p> does not nest the following paragraph).
-bool isNonNesting(const QStringRef& name)
+bool isNonNesting(QStringView name)
 {
     static const char* const names[] = {
         "area", "base", "br", "col", "embed", "hr", "img", "input", "link", "meta", "param", "source", "track",
@@ -34,7 +34,7 @@ bool exceedsNesting(const QString& html)
     const int size = html.size();
     int pos = html.indexOf(QLatin1Char('<'));
     while (pos >= 0 && pos + 1 < size) {
-        if (html.midRef(pos, 4) == QLatin1String("<!--")) {
+        if (QStringView(html).mid(pos, 4) == QLatin1String("<!--")) {
             const int end = html.indexOf(QLatin1String("-->"), pos + 4);
             if (end < 0)
                 return false;
@@ -49,7 +49,7 @@ bool exceedsNesting(const QString& html)
         const int tagEnd = html.indexOf(QLatin1Char('>'), nameEnd);
         if (tagEnd < 0)
             return false;
-        const QStringRef name = html.midRef(nameStart, nameEnd - nameStart);
+        const QStringView name = QStringView(html).mid(nameStart, nameEnd - nameStart);
         if (!name.isEmpty() && name.at(0).isLetter()) {
             const bool table = name.compare(QLatin1String("table"), Qt::CaseInsensitive) == 0;
             const bool nests = !isNonNesting(name) && html.at(tagEnd - 1) != QLatin1Char('/');

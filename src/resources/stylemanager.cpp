@@ -91,7 +91,7 @@ void StyleManager::initialize(const std::vector<QString>& files)
     // Room for a quarter more than the files' bytes takes the placeholders'
     // folders in any sheet but one made of little else; pages never written
     // cost nothing, while growing would cost a second buffer.
-    const auto capped = [](qint64 n) { return int(qBound<qint64>(0, n, std::numeric_limits<int>::max() / 4)); };
+    const auto capped = [](qint64 n) { return int(qBound(qint64(0), n, qint64(std::numeric_limits<int>::max() / 4))); };
     QString text;
     text.reserve(capped(bytesLeft + bytesLeft / 4));
     for (size_t i = 0; i < files.size(); ++i) {

@@ -52,7 +52,7 @@ void OrvaCountdownMessageBox::slotTick()
     }
     m_timer.stop();
     if (QPushButton* ok = defaultButton())
-        ok->animateClick(100);
+        ok->animateClick(); // a 100 ms press, then the click
 }
 
 int OrvaCountdownMessageBox::exec()

@@ -12,8 +12,8 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QRegExp>
-#include <QRegExpValidator>
+#include <QRegularExpression>
+#include <QRegularExpressionValidator>
 #include <QScrollBar>
 
 #include <typeinfo>
@@ -120,11 +120,12 @@ void ItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) cons
     if (!editor)
         return;
     if (auto* lineEdit = qobject_cast<QLineEdit*>(editor)) {
-        const QRegExp name(QStringLiteral("^[^\\.\\\\\\/:*?\"<>|][^\\\\\\/:*?\"<>|]*"), Qt::CaseSensitive,
-                           QRegExp::RegExp);
+        // Anchored at both ends by the validator, so it accepts and refuses
+        // exactly what QRegExpValidator did with the same pattern.
+        const QRegularExpression name(QStringLiteral("^[^\\.\\\\\\/:*?\"<>|][^\\\\\\/:*?\"<>|]*"));
         // Owned by the editor so that it goes with it; an editor may be
         // given data more than once, each time with a fresh validator.
-        lineEdit->setValidator(new QRegExpValidator(name, lineEdit));
+        lineEdit->setValidator(new QRegularExpressionValidator(name, lineEdit));
         lineEdit->setStyleSheet(getStyleSheet("component.tree_item", false));
         lineEdit->setAttribute(Qt::WA_MacShowFocusRect, false);
         lineEdit->selectAll();
