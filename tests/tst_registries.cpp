@@ -7,19 +7,25 @@
 #include <orvacat/orvacat.h>
 
 #include <QBuffer>
+#include <QLabel>
 #include <QProcess>
 #include <QtEndian>
 #include <QTemporaryDir>
 
 namespace {
 
-// The value for the screen ctest pinned: factor 1.0, factor 4/3, or ratio 2 at factor 1.0.
-template <typename T>
-T atThisScreen(T at72, T at96, T atRatio2)
+// The screens ctest pins: factor 1.0, factor 4/3, ratio 2 at factor 1.0, and
+// ratio 1.5 at factor 4/3 (a 150 % screen), in this order.
+enum Screen { At72, At96, AtRatio2, AtRatio15 };
+
+Screen thisScreen()
 {
-    if (qgetenv("QT_SCALE_FACTOR") == "2")
-        return atRatio2;
-    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 72 ? at72 : at96;
+    const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
+    if (scale == "2")
+        return AtRatio2;
+    if (scale == "1.5")
+        return AtRatio15;
+    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 72 ? At72 : At96;
 }
 
 // A resource folder of the test's own (images.json, images/) and a user
@@ -136,29 +142,52 @@ void TestRegistries::lookupsWarnOnMissesOnly()
 
 void TestRegistries::imagesAreScaledForTheScreen()
 {
-    // Device pixels: at ratio 2 they are shown at half that, as at factor 1.0.
-    // Each step rounds: 50 -> 12.5 -> 13 -> 17.33 -> 17; 2 -> 0.5 -> 1.
-    const struct { QSize source, at72, at96, atRatio2; } rows[] = {
-        {{96, 96}, {24, 24}, {32, 32}, {48, 48}},
-        {{50, 50}, {13, 13}, {17, 17}, {26, 26}},
-        {{2, 2}, {1, 1}, {1, 1}, {2, 2}},
-        {{96, 48}, {24, 12}, {32, 16}, {48, 24}},
+    // Device pixels: at ratio 2 they are shown at half that, as at factor 1.0;
+    // at ratio 1.5 at two thirds, as at factor 4/3. Each step rounds:
+    // 50 -> 12.5 -> 13 -> 17.33 -> 17 -> 25.5 -> 26; 2 -> 0.5 -> 1 -> 1.5 -> 2.
+    const struct { QSize source, expected[4]; } rows[] = {
+        {{96, 96}, {{24, 24}, {32, 32}, {48, 48}, {48, 48}}},
+        {{50, 50}, {{13, 13}, {17, 17}, {26, 26}, {26, 26}}},
+        {{2, 2}, {{1, 1}, {1, 1}, {2, 2}, {2, 2}}},
+        {{20, 20}, {{5, 5}, {7, 7}, {10, 10}, {11, 11}}}, // 6.67 -> 7 -> 10.5 -> 11, not 5 * 2
+        {{96, 48}, {{24, 12}, {32, 16}, {48, 24}, {48, 24}}},
     };
-    QCOMPARE(DPIinfo::getInstance()->getDPI(), atThisScreen(1.0, 4.0 / 3.0, 1.0));
-    QCOMPARE(DPIinfo::getInstance()->getDPR(), atThisScreen(1.0, 1.0, 2.0));
+    const Screen screen = thisScreen();
+    const double factor[] = {1.0, 4.0 / 3.0, 1.0, 4.0 / 3.0};
+    const double ratio[] = {1.0, 1.0, 2.0, 1.5};
+    const Screen sameFactorAtRatio1[] = {At72, At96, At72, At96};
+    QCOMPARE(DPIinfo::getInstance()->getDPI(), factor[screen]);
+    QCOMPARE(DPIinfo::getInstance()->getDPR(), ratio[screen]);
     for (const auto& row : rows) {
         ResourceFolder folder;
         folder.write("images.json", R"({"images": ["pic"], "tmp_images": ["pic"]})");
-        folder.writePng("pic", row.source);
+        // One-pixel stripes: any stretching of the picture blends them.
+        QImage stripes(row.source, QImage::Format_ARGB32);
+        for (int x = 0; x < stripes.width(); ++x)
+            for (int y = 0; y < stripes.height(); ++y)
+                stripes.setPixelColor(x, y, (x + y / 3) % 2 ? Qt::black : QColor(Qt::yellow));
+        QVERIFY(stripes.save(folder.resources + "/images/pic.png"));
+        QPixmap pixmap;
         for (ImageManager::InitializeType type : {ImageManager::Eager, ImageManager::Lazy}) {
             ImageManager images;
             images.initialize(type);
-            const QPixmap pixmap = images.getImage("pic", ImageManager::Normal);
-            QCOMPARE(pixmap.size(), atThisScreen(row.at72, row.at96, row.atRatio2));
-            QCOMPARE(pixmap.devicePixelRatio(), atThisScreen(1.0, 1.0, 2.0));
+            pixmap = images.getImage("pic", ImageManager::Normal);
+            QCOMPARE(pixmap.size(), row.expected[screen]);
+            QCOMPARE(pixmap.devicePixelRatio(), ratio[screen]);
             // The style sheets' copy is sized for the factor alone: no ratio.
-            QCOMPARE(QImage(folder.tmpImage("pic")).size(), atThisScreen(row.at72, row.at96, row.at72));
+            QCOMPARE(QImage(folder.tmpImage("pic")).size(), row.expected[sameFactorAtRatio1[screen]]);
         }
+        // Qt draws the picture on the device pixel for pixel, as a sheet shows its message icon.
+        QLabel label;
+        label.setContentsMargins(0, 0, 0, 0);
+        label.setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        label.setPixmap(pixmap);
+        label.resize(label.sizeHint());
+        const QImage shown = label.grab().toImage().convertToFormat(QImage::Format_ARGB32);
+        const QImage picture = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+        const QRect common = shown.rect() & picture.rect();
+        QVERIFY(common.width() >= picture.width() - 1 && common.height() >= picture.height() - 1);
+        QCOMPARE(shown.copy(common), picture.copy(common));
     }
 }
 

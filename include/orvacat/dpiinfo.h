@@ -13,8 +13,25 @@
 
 /**
  * The screen's scale factor (logical DPI / 72) and device-pixel ratio,
- * measured once when the instance is first asked for. Needs a live
- * QApplication at that moment.
+ * measured once on the primary screen when the instance is first asked for.
+ * Needs a live QApplication at that moment.
+ *
+ * A length of n pixels at 72 dpi covers n * getDPI() logical pixels, which Qt
+ * paints on n * getDPI() * getDPR() device pixels. Qt 5 and Qt 6 split the
+ * same screen differently between the two, and the product is what stays:
+ *
+ * | screen (QT_FONT_DPI, QT_SCALE_FACTOR) | Qt 5 getDPI(), getDPR() | Qt 6 getDPI(), getDPR() |
+ * |---|---|---|
+ * | 72 dpi, 1                             | 1.0, 1.0                | 1.0, 1.0                |
+ * | 96 dpi, 1                             | 4/3, 1.0                | 4/3, 1.0                |
+ * | 72 dpi, 2                             | 1.0, 2.0                | 1.0, 2.0                |
+ * | 96 dpi, 1.5                           | 4/3, 1.5                | 4/3, 1.5                |
+ * | 144 dpi, 1                            | 2.0, 1.0                | 4/3, 1.5                |
+ *
+ * Qt 6 reports a logical DPI of at most 96 and moves the rest of the density
+ * into the ratio; up to 96 dpi both majors report the same two numbers, so a
+ * widget, a style-sheet length and a picture come out with the same device
+ * pixels. Above 96 dpi they agree to within the rounding of each length.
  */
 class ORVACAT_EXPORT DPIinfo
 {
@@ -24,9 +41,20 @@ public:
     /** The process's one instance, measured on first use (which needs a QApplication). */
     static DPIinfo* getInstance();
 
-    /** The scale factor: logical horizontal DPI / 72.0 (1.0 at 72 dpi, 4/3 at 96). */
+    /**
+     * The scale factor: the screen's logical horizontal DPI, rounded to an
+     * integer, divided by 72.0 (1.0 at 72 dpi, 4/3 at 96). Qt 6 never reports
+     * more than 96 dpi, so there it is at most 4/3.
+     */
     double getDPI();
-    /** The device-pixel ratio (1.0 or 2.0 on usual screens). */
+    /**
+     * The screen's device-pixel ratio as Qt reports it, fractions included:
+     * 1.0 or 2.0 on usual screens, 1.25, 1.5 or 1.75 on scaled ones (and
+     * under Qt 6 also the density above 96 dpi, 1.5 on a 144-dpi screen).
+     * The image registry makes its pictures at this ratio, so that they are
+     * drawn one to one on the device. A ratio Qt reports as not positive
+     * reads as 1.0, with a warning.
+     */
     double getDPR();
 
     /**

@@ -18,7 +18,11 @@
  * the image names ("images") and the images that style sheets use
  * ("tmp_images"); the PNGs, drawn at four times their shown size, live in
  * resource_path/images as name.png, name_hover.png, name_click.png and
- * name_disable.png. Pixmaps are scaled for the screen and cached. A picture
+ * name_disable.png. Pixmaps are scaled for the screen and cached: a side of
+ * s file pixels becomes round(round(round(s / 4) * DPIinfo::getDPI()) *
+ * DPIinfo::getDPR()) device pixels, and the pixmap carries getDPR() as its
+ * device-pixel ratio, fractions included, so that Qt draws it one to one on
+ * a 125 % or 150 % screen as on a 200 % one. A picture
  * whose header declares more than 8192 pixels a side or 32 megapixels is
  * refused with a warning before it is decoded, and counts as missing.
  *
@@ -88,7 +92,10 @@ public:
      * entry without pictures.
      */
     void lazyLoad(const QString& key);
-    /** Writes the image scaled by the DPI factor as tmp_<name>.png for style sheets. */
+    /**
+     * Writes the image scaled by the DPI factor alone (round(round(s / 4) *
+     * getDPI()), ratio 1) as tmp_<name>.png for style sheets.
+     */
     void prepareTempImage(const QString& name);
 
 private:

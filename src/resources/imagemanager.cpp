@@ -19,7 +19,9 @@ const char* const stateSuffixes[4] = {"", "_hover", "_click", "_disable"};
 
 // Files are drawn at four times their size on a 72-dpi screen of ratio 1:
 // a quarter of the file, times the DPI factor, times the device-pixel ratio,
-// each step rounded on its own.
+// each step rounded on its own. Rounding the logical size before the ratio
+// keeps a fractional ratio sharp: the widget shows the picture at the
+// logical size, which the ratio maps back onto exactly these pixels.
 int scaledExtent(int extent, double factor, double ratio, bool applyRatio)
 {
     const int quarter = qRound(extent * 0.25);
