@@ -1,7 +1,8 @@
 // What every modal message of the toolkit promises, whatever its kind: keys
 // and clicks answer it, the first answer wins, tearing it down mid-run ends
 // the run, the window cannot be closed under it (on X11 it loses its close
-// button too), nested runs answer in order, and the focus stays inside.
+// button too), nested runs answer in order, the focus stays inside and comes
+// back, and assistive technology hears of it as of a modal dialog.
 
 #include "testmain.h"
 #include "testenvironment.h"
@@ -14,6 +15,7 @@
 #include <orvacat/orvamask.h>
 #include <orvacat/orvamessagesheet.h>
 
+#include <QAccessible>
 #include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QPushButton>
@@ -21,6 +23,7 @@
 #include <QStandardPaths>
 #include <QWindow>
 
+#include <algorithm>
 #include <memory>
 
 using namespace ModalRun;
@@ -61,8 +64,12 @@ public:
             m_own = new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, QStringLiteral("Go?"), QStringLiteral("Details"), window);
         else if (kind == InputSheet)
             m_own = new OrvaInputSheet(QStringLiteral("Name"), window);
-        else if (kind == CountdownBox)
-            m_own = new OrvaCountdownMessageBox(600, window);
+        else if (kind == CountdownBox) {
+            auto* box = new OrvaCountdownMessageBox(600, window);
+            box->setIcon(QMessageBox::Question);
+            box->setText(QStringLiteral("Wait?"));
+            m_own = box;
+        }
         if (kind == MessageSheet || kind == InputSheet)
             OrvaMask::createMask(m_own, window, QColor(0, 0, 0, 20));
     }
@@ -123,6 +130,21 @@ public:
     QList<int> keys;
 };
 
+/** An accessibility event: what happened to which object, and the object while it lives. */
+struct AccessibilityEvent
+{
+    QAccessible::Event type;
+    const QObject* object;
+    QPointer<QObject> living;
+};
+/** The events sent while accessibility is active. */
+QList<AccessibilityEvent> accessibilityEvents;
+
+void recordAccessibilityEvent(QAccessibleEvent* event)
+{
+    accessibilityEvents.append({event->type(), event->object(), event->object()});
+}
+
 } // namespace
 
 class TestSheetContract : public QObject
@@ -142,6 +164,7 @@ private Q_SLOTS:
     void focusStaysInside();
     void dismissedSheetStillEnds_data();
     void dismissedSheetStillEnds();
+    void announcedAsModalDialogs();
 
 private:
     QWidget* m_window = nullptr;
@@ -150,6 +173,7 @@ private:
 void TestSheetContract::initTestCase()
 {
     TestEnvironment::installDefaultTheme();
+    QAccessible::installUpdateHandler(recordAccessibilityEvent);
     if (onX11() && QStandardPaths::findExecutable(QStringLiteral("xprop")).isEmpty())
         QSKIP("Reading the close button under X11 needs xprop");
 }
@@ -397,6 +421,104 @@ void TestSheetContract::dismissedSheetStillEnds()
         QVERIFY(m_window->close());
         sheet->done(0);
     }
+}
+
+void TestSheetContract::announcedAsModalDialogs()
+{
+    // Qt sends accessibility events only while assistive technology listens:
+    // the suite's AT-SPI registration checks them too.
+    const bool listening = qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
+    QVERIFY2(!listening || QTest::qWaitFor([]() { return QAccessible::isActive(); }, 5000), "No AT-SPI bus to talk to");
+    // The window's first widget, and the one the user was in.
+    (new QPushButton(QStringLiteral("First"), m_window))->show();
+    auto* behind = new QPushButton(QStringLiteral("Behind"), m_window);
+    behind->move(0, TestEnvironment::scaled(40));
+    behind->show();
+    QSignalSpy pressedBehind(behind, &QAbstractButton::clicked);
+    QVERIFY(pressedBehind.isValid());
+    // One the host disabled stays so.
+    auto* off = new QPushButton(QStringLiteral("Off"), m_window);
+    off->setEnabled(false);
+    struct Expected
+    {
+        Kind kind;
+        QAccessible::Role role;
+        QString name;
+        QString description;
+    };
+    const QList<Expected> all{{MessageSheet, QAccessible::AlertMessage, "Go?", "Go?\nDetails"},
+                              {InputSheet, QAccessible::Dialog, "Name", "Name"},
+                              {HelperSheet, QAccessible::AlertMessage, "Title", "Sure?"},
+                              {CountdownBox, QAccessible::AlertMessage, "Wait?", "Wait?"}};
+    for (const Expected& expected : all) {
+        for (Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+            const QString row = QString::fromLatin1(kindNames[expected.kind]) + (key == Qt::Key_Space ? ", space" : ", return");
+            behind->setFocus();
+            Modal modal(expected.kind, m_window);
+            accessibilityEvents.clear();
+            // Announced as a modal dialog; the focus is announced inside it.
+            QStringList seen;
+            QPointer<QWidget> shown;
+            const QObject* announcedObject = nullptr;
+            bool focusInside = false;
+            QCOMPARE(modal.run([&]() {
+                         shown = modal.widget();
+                         announcedObject = shown;
+                         QAccessibleInterface* sheet = QAccessible::queryAccessibleInterface(shown);
+                         seen << row << QString::number(sheet->role()) << sheet->text(QAccessible::Name)
+                              << sheet->text(QAccessible::Description) << QString::number(sheet->state().modal);
+                         for (const AccessibilityEvent& event : accessibilityEvents) {
+                             focusInside = focusInside
+                                 || (event.type == QAccessible::Focus && isInside(qobject_cast<QWidget*>(event.living), shown));
+                         }
+                         // The mask is a nameless filler; behind it, the window is out of reach.
+                         if (auto* mask = qobject_cast<OrvaMask*>(shown->parentWidget())) {
+                             QAccessibleInterface* filler = QAccessible::queryAccessibleInterface(mask);
+                             seen << QString::number(filler->role()) << filler->text(QAccessible::Name)
+                                  << QString::number(!filler->actionInterface() && !filler->state().focusable);
+                         }
+                         QAccessibleInterface* button = QAccessible::queryAccessibleInterface(behind);
+                         if (expected.kind != CountdownBox) {
+                             seen << QString::number(button->state().disabled);
+                             button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+                         }
+                         // Tabbed to cancel, the user gets cancel from Space and Return alike.
+                         QWidget* cancel = shown->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Discard);
+                         for (int i = 0; i < 5 && modal.window()->focusWidget() != cancel; ++i)
+                             QTest::keyClick(modal.window()->focusWidget(), Qt::Key_Tab);
+                         QTest::keyClick(modal.window()->focusWidget(), key);
+                     }),
+                     Cancel);
+            QStringList wanted{row, QString::number(expected.role), expected.name, expected.description, "1"};
+            if (expected.kind != CountdownBox)
+                wanted << QString::number(QAccessible::Client) << QString() << "1" << "1";
+            QCOMPARE(seen, wanted);
+            // The focus is back where the user left it, and so is the window.
+            QCOMPARE(m_window->focusWidget(), behind);
+            QVERIFY(behind->isEnabled() && !off->isEnabled());
+            if (!listening)
+                continue;
+            // Started and ended as a dialog (an alert too, announced with the start in either order).
+            QList<QAccessible::Event> announced;
+            for (const AccessibilityEvent& event : accessibilityEvents) {
+                if (event.object == announcedObject
+                    && (event.type == QAccessible::DialogStart || event.type == QAccessible::DialogEnd || event.type == QAccessible::Alert))
+                    announced << event.type;
+            }
+            QVERIFY2(!announced.isEmpty() && announced.last() == QAccessible::DialogEnd, qPrintable(row));
+            std::sort(announced.begin(), announced.end());
+            QList<QAccessible::Event> sequence{QAccessible::Alert, QAccessible::DialogStart, QAccessible::DialogEnd};
+            if (expected.role != QAccessible::AlertMessage)
+                sequence.removeAll(QAccessible::Alert);
+            QCOMPARE(announced, sequence);
+            // The box's own window is focused only once a window manager activates it.
+            if (expected.kind == CountdownBox)
+                continue;
+            QVERIFY2(focusInside, qPrintable(row));
+            QVERIFY(accessibilityEvents.last().type == QAccessible::Focus && accessibilityEvents.last().object == behind);
+        }
+    }
+    QCOMPARE(pressedBehind.count(), 0);
 }
 
 ORVACAT_TEST_MAIN(TestSheetContract)

@@ -17,6 +17,7 @@
 #include <orvacat/orvamessagesheet.h>
 #include <orvacat/stylemanager.h>
 
+#include <QAccessible>
 #include <QDialogButtonBox>
 #include <QIntValidator>
 #include <QLabel>
@@ -171,23 +172,25 @@ void TestSheets::messageTypes_data()
     QTest::addColumn<QString>("iconKey");
     QTest::addColumn<QStringList>("buttons");
     QTest::addColumn<QString>("styleKey");
+    // Announced as an alert (it warns or asks), else as a dialog.
+    QTest::addColumn<bool>("alert");
     const QString other = QStringLiteral("component.message_sheet_other");
     const QString busy = QStringLiteral("component.message_sheet_processing");
     const QStringList none;
     const QStringList okCancel{caption("ok"), caption("cancel")};
-    QTest::newRow("app") << 0 << none << "app_img" << none << busy;
-    QTest::newRow("information") << 1 << none << "icon_information" << QStringList{caption("ok")} << other;
-    QTest::newRow("warning") << 2 << none << "icon_warning" << QStringList{caption("ok")} << other;
-    QTest::newRow("question") << 3 << none << "icon_question" << okCancel << other;
+    QTest::newRow("app") << 0 << none << "app_img" << none << busy << false;
+    QTest::newRow("information") << 1 << none << "icon_information" << QStringList{caption("ok")} << other << false;
+    QTest::newRow("warning") << 2 << none << "icon_warning" << QStringList{caption("ok")} << other << true;
+    QTest::newRow("question") << 3 << none << "icon_question" << okCancel << other << true;
     QTest::newRow("question, own captions") << 3 << QStringList{"Delete", "Keep"} << "icon_question"
-                                            << QStringList{"Delete", "Keep"} << other;
+                                            << QStringList{"Delete", "Keep"} << other << true;
     QTest::newRow("upgrade") << 4 << none << "icon_information"
-                             << QStringList{caption("wizard_client_upgrade"), caption("cancel")} << other;
+                             << QStringList{caption("wizard_client_upgrade"), caption("cancel")} << other << false;
     QTest::newRow("upgrade, own ok caption") << 4 << QStringList{"Go", ""} << "icon_information"
-                                             << QStringList{"Go", caption("cancel")} << other;
-    QTest::newRow("warning question") << 5 << none << "icon_warning" << okCancel << other;
-    QTest::newRow("processing") << 6 << none << QString() << none << busy;
-    QTest::newRow("beyond the last") << 7 << none << QString() << none << other;
+                                             << QStringList{"Go", caption("cancel")} << other << false;
+    QTest::newRow("warning question") << 5 << none << "icon_warning" << okCancel << other << true;
+    QTest::newRow("processing") << 6 << none << QString() << none << busy << false;
+    QTest::newRow("beyond the last") << 7 << none << QString() << none << other << false;
 }
 
 void TestSheets::messageTypes()
@@ -197,7 +200,8 @@ void TestSheets::messageTypes()
     QFETCH(QString, iconKey);
     QFETCH(QStringList, buttons);
     QFETCH(QString, styleKey);
-    OrvaMessageSheet sheet(OrvaMessageSheet::MessageType(type), QStringLiteral("Text"),
+    QFETCH(bool, alert);
+    OrvaMessageSheet sheet(OrvaMessageSheet::MessageType(type), QStringLiteral("Text<br>More"),
                            MsgBoxCustomBtnText{captions.value(0), captions.value(1)}, m_window);
     // Initialised twice: one click must still end the sheet once.
     if (captions.isEmpty())
@@ -206,6 +210,10 @@ void TestSheets::messageTypes()
     QCOMPARE(labels(&sheet).value(0)->styleSheet(), getStyleSheet("component.message_sheet_text", false));
     QCOMPARE(labels(&sheet, false).value(0)->pixmap(Qt::ReturnByValue).cacheKey(),
              iconKey.isEmpty() ? 0 : getGlobalImage(iconKey, ImageManager::Normal).cacheKey());
+    // Named by its first line, described by its whole text.
+    QAccessibleInterface* announced = QAccessible::queryAccessibleInterface(&sheet);
+    QCOMPARE(announced->role(), alert ? QAccessible::AlertMessage : QAccessible::Dialog);
+    QCOMPARE(announced->text(QAccessible::Name) + '|' + announced->text(QAccessible::Description), QStringLiteral("Text|Text\nMore"));
 
     // Ok, then cancel: captions; each styled, 28 high, at least 120 or 80 wide; Ok the default.
     QStringList shown;
@@ -288,6 +296,11 @@ void TestSheets::textsAndHeightFollowingWidth()
     QCOMPARE(text->text(), paragraph.arg(atScreen(24, 32)).arg(words));
     QCOMPARE(line->text(), paragraph.arg(atScreen(20, 26)).arg(details));
     QCOMPARE(labels(&input).value(0)->text(), paragraph.arg(atScreen(20, 26)).arg(words));
+    // The prompt names the field, unless the host named it.
+    QCOMPARE(input.getLineEdit()->accessibleName(), words.trimmed());
+    input.getLineEdit()->setAccessibleName(QStringLiteral("Amount"));
+    input.setText(QStringLiteral("Other"));
+    QCOMPARE(input.getLineEdit()->accessibleName(), QStringLiteral("Amount"));
     // Made anew, the sheet styles the informative line too.
     sheet.setMessageType(OrvaMessageSheet::WarningMessage);
     QCOMPARE(line->styleSheet(), getStyleSheet("component.message_sheet_informative_text", false));
@@ -517,6 +530,7 @@ void TestSheets::helperFaces()
                  }
                  for (QLabel* label : shown->findChildren<QLabel*>())
                      texts += label->text();
+                 face << QAccessible::queryAccessibleInterface(shown)->text(QAccessible::Name);
                  if (auto* messageBox = qobject_cast<QMessageBox*>(shown))
                      face << messageBox->windowTitle() << messageBox->styleSheet() << QString::number(messageBox->icon());
                  else
@@ -537,11 +551,11 @@ void TestSheets::helperFaces()
     QCOMPARE(seen, buttons);
     QVERIFY(texts.contains(message));
     QCOMPARE(texts.contains(details), helper == WarningDetails);
-    // The box carries the title and the toolkit's styles; the sheet, no title
-    // but the window's width (a 900-pixel window's: 540, 720 at 4/3), a faint
+    // Both are named by the title. The box carries the title and the toolkit's
+    // styles; the sheet shows no title but has the window's width (a 900-pixel window's: 540, 720 at 4/3), a faint
     // mask over the window and no window of its own.
     QStringList wanted{getStyleSheet("component.apply_button", false), getStyleSheet("component.cancel_button", false)};
-    wanted = wanted.mid(0, buttons.size());
+    wanted = wanted.mid(0, buttons.size()) << title;
     if (box)
         wanted << title << getStyleSheet(boxStyle, false) << QString::number(icon);
     else

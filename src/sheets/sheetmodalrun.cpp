@@ -43,11 +43,12 @@ void SheetModalRun::start(bool blockCloseButton)
         m_blockedWindow = SheetWindowBlock::block(m_sheet, &m_closeButtonState);
     m_sheet->window()->installEventFilter(m_sheet);
     m_filteredWindow = m_sheet->window();
-    blockRestOfWindow();
+    // Announced before the focus moves in, as a dialog window is.
     if (!m_announced) {
         m_announced = true;
         SheetAccessibility::announceStart(m_sheet);
     }
+    blockRestOfWindow();
 }
 
 void SheetModalRun::blockRestOfWindow()
