@@ -3,7 +3,9 @@
 
 // The QRegExp formulation of the style-sheet processing, kept literally as
 // the reference that the single-pass scanners must agree with. Used by the
-// scanner tests and by the benchmarks.
+// scanner tests and by the benchmarks. Under Qt 6 QRegExp comes from
+// Core5Compat, whose QString no longer takes it: the two calls below say
+// that once.
 
 #include "resources/stylesheetscanner_p.h"
 
@@ -18,10 +20,28 @@
 
 namespace Oracle {
 
+inline QStringList splitByRegExp(const QString& text, const QRegExp& rx)
+{
+#if QT_VERSION_MAJOR >= 6
+    return rx.splitString(text);
+#else
+    return text.split(rx);
+#endif
+}
+
+inline QString replacedByRegExp(const QString& text, const QRegExp& rx, const QString& after)
+{
+#if QT_VERSION_MAJOR >= 6
+    return rx.replaceIn(text, after);
+#else
+    return QString(text).replace(rx, after);
+#endif
+}
+
 inline QString scalePixelLengths(const QString& text, double factor)
 {
     QRegExp rx(QStringLiteral("(\\d+\\.?\\d*)(px)"));
-    const QStringList pieces = text.split(rx);
+    const QStringList pieces = splitByRegExp(text, rx);
     QString result;
     int pos = 0;
     int counter = 0;
@@ -42,10 +62,10 @@ inline QString stripComments(QString text)
 {
     QRegExp block(QStringLiteral("/\\*.*\\*/"));
     block.setMinimal(true);
-    text.replace(block, QString());
+    text = replacedByRegExp(text, block, QString());
     QRegExp line(QStringLiteral("//.*\n"));
     line.setMinimal(true);
-    text.replace(line, QString());
+    text = replacedByRegExp(text, line, QString());
     return text;
 }
 
@@ -64,7 +84,7 @@ inline QMap<QString, QString> splitSections(QString text)
                 body.clear();
             }
             key = line;
-            key.remove(QRegExp(QStringLiteral("[= ]")));
+            key = replacedByRegExp(key, QRegExp(QStringLiteral("[= ]")), QString());
         } else {
             body += QLatin1Char('\n') + line;
         }
