@@ -12,8 +12,9 @@ class QWidget;
  * @file
  * One-call modal messages. With a parent the message is an OrvaMessageSheet
  * over a faint mask that covers the parent's window, as wide as the window
- * allows (the title is not shown); without a parent it is a styled
- * QMessageBox window titled with the title. Each call returns when the user
+ * allows (the title is not shown, but names the sheet for assistive
+ * technology); without a parent it is a styled QMessageBox window titled
+ * with the title. Each call returns when the user
  * has answered. Captions, icons and looks come from the registries, so
  * initialize them first.
  */

@@ -18,7 +18,9 @@
  * itself when the count runs out, @p seconds seconds after the box is shown,
  * unless the user answers first. The cancel button is the standard Discard
  * button (8388608) and is never clicked automatically. Set icon and texts
- * with the QMessageBox calls, then exec().
+ * with the QMessageBox calls, then exec(). Assistive technology sees a modal
+ * dialog (an alert with the warning, critical or question icon) named by its
+ * accessible name, else its window title, else the first line of its text.
  */
 class ORVACAT_EXPORT OrvaCountdownMessageBox : public QMessageBox
 {

@@ -24,8 +24,11 @@ class OrvaInputSheetPrivate;
  * like OrvaMessageSheet (construct it with the widget it belongs to, at most
  * 480 logical pixels wide) and run the same way with exec(); read the text
  * with getContent() afterwards. Return or Enter reaching the window clicks
- * Ok, Escape clicks cancel; Tab and Backtab go round the line edit and the
- * buttons, never on to the window behind.
+ * Ok (on a focused button they click that button), Escape clicks cancel; Tab
+ * and Backtab go round the line edit and the buttons, never on to the window
+ * behind, which is disabled while the sheet is up. Assistive technology sees
+ * a modal dialog named like a message sheet's, and the prompt names the line
+ * edit unless the host gave it a name of its own.
  */
 class ORVACAT_EXPORT OrvaInputSheet : public OrvaSheet
 {
@@ -62,9 +65,9 @@ public:
 
     /**
      * While blocking, refuses the window's close events; takes Tab and
-     * Backtab on its field and buttons round them, and every key press that
-     * reaches the window: Return, Enter and Space click Ok, Escape clicks
-     * cancel.
+     * Backtab on its field and buttons round them, Return, Enter and Space on
+     * a focused button to that button, and every key press that reaches the
+     * window: Return, Enter and Space click Ok, Escape clicks cancel.
      */
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -18,6 +18,7 @@ class OrvaMaskPrivate;
  * widget (typically a sheet) centred in its layout. The mask appears and
  * disappears with the child and follows the size of the parent's window.
  * It stays at its parent's origin, so pass the window itself as the parent.
+ * To assistive technology it is a nameless filler that offers no action.
  */
 class ORVACAT_EXPORT OrvaMask : public QFrame
 {

@@ -40,9 +40,15 @@ struct ORVACAT_EXPORT MsgBoxCustomBtnText
  *
  * exec() runs a nested event loop until a button, a key or done() ends the
  * sheet. While the sheet is up, close requests for the window are ignored,
- * Tab and Backtab stay inside the sheet, Return/Enter/Space click Ok and
- * Escape clicks the cancel button; exec() also disables the window's close
- * button until the sheet ends (see setBlockWindowButton()).
+ * the rest of the window is disabled, Tab and Backtab stay inside the sheet,
+ * Return/Enter/Space click Ok (or the button that has the focus) and Escape
+ * clicks the cancel button; exec() also disables the window's close button
+ * until the sheet ends (see setBlockWindowButton()). When it ends, the focus
+ * goes back to the widget that had it.
+ *
+ * Assistive technology sees a modal dialog, an alert for the warning and
+ * question types, named by the sheet's accessible name, else its window
+ * title, else the first line of its text, and described by its texts.
  */
 class ORVACAT_EXPORT OrvaMessageSheet : public OrvaSheet
 {
@@ -115,7 +121,8 @@ public:
     /**
      * While blocking, refuses the window's close events; while shown, takes
      * every key press in its window: Tab and Backtab go round the sheet,
-     * Return, Enter and Space click Ok, Escape clicks cancel.
+     * Return, Enter and Space click the focused button, else Ok, Escape
+     * clicks cancel.
      */
     bool eventFilter(QObject* watched, QEvent* event) override;
 
