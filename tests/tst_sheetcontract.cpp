@@ -351,9 +351,9 @@ void TestSheetContract::focusStaysInside()
                  for (QAbstractButton* button : modal.widget()->findChildren<QAbstractButton*>())
                      iconless = iconless && button->icon().isNull();
                  // Keys go where the focus of the sheet's window is, as the user types them.
-                 const auto step = [&](Qt::Key key, QList<QWidget*>& into) {
+                 const auto step = [&](Qt::Key key, QList<QWidget*>& into, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
                      QWidget* window = modal.window();
-                     QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, key);
+                     QTest::keyClick(window->focusWidget() ? window->focusWidget() : window, key, modifiers);
                      into << window->focusWidget();
                      allInside = allInside && isInside(into.last(), modal.widget());
                  };
@@ -361,8 +361,9 @@ void TestSheetContract::focusStaysInside()
                  for (int i = 0; i < 2 * stops; ++i)
                      step(Qt::Key_Tab, forward);
                  backward << forward.last();
+                 // Backward by Backtab and by Shift+Tab, as keyboards send it either way.
                  for (int i = 0; i < 2 * stops; ++i)
-                     step(Qt::Key_Backtab, backward);
+                     step(i % 2 ? Qt::Key_Backtab : Qt::Key_Tab, backward, i % 2 ? Qt::NoModifier : Qt::ShiftModifier);
                  modal.done(0);
              }),
              0);

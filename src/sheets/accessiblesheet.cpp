@@ -11,38 +11,42 @@
 
 namespace {
 
-struct SheetTexts
+/** Whether @p widget warns or asks, and so is announced as an alert. */
+bool isAlert(const QWidget* widget)
+{
+    if (auto* sheet = qobject_cast<const OrvaMessageSheet*>(widget)) {
+        const OrvaMessageSheet::MessageType type = OrvaMessageSheetPrivate::get(sheet)->type;
+        return type == OrvaMessageSheet::WarningMessage || type == OrvaMessageSheet::QuestionMessage
+            || type == OrvaMessageSheet::WarningQuestionMessage;
+    }
+    if (auto* box = qobject_cast<const QMessageBox*>(widget))
+        return box->icon() == QMessageBox::Warning || box->icon() == QMessageBox::Critical || box->icon() == QMessageBox::Question;
+    return false;
+}
+
+bool isBusy(const QWidget* widget)
+{
+    auto* sheet = qobject_cast<const OrvaMessageSheet*>(widget);
+    return sheet && OrvaMessageSheetPrivate::get(sheet)->type == OrvaMessageSheet::ProcessingMessage;
+}
+
+/** The text and the details below it, as the reader speaks them. */
+QPair<QString, QString> textsOf(const QWidget* widget)
 {
     QString text;
     QString details;
-    bool alert = false;
-    bool busy = false;
-};
-
-bool warnsOrAsks(QMessageBox::Icon icon)
-{
-    return icon == QMessageBox::Warning || icon == QMessageBox::Critical || icon == QMessageBox::Question;
-}
-
-SheetTexts textsOf(QWidget* widget)
-{
-    SheetTexts texts;
-    if (auto* sheet = qobject_cast<OrvaMessageSheet*>(widget)) {
+    if (auto* sheet = qobject_cast<const OrvaMessageSheet*>(widget)) {
         const OrvaMessageSheetPrivate* d = OrvaMessageSheetPrivate::get(sheet);
-        texts.text = SheetAccessibility::plainText(d->label->text());
+        text = d->label->text();
         if (d->informativeLabel)
-            texts.details = SheetAccessibility::plainText(d->informativeLabel->text());
-        texts.alert = d->type == OrvaMessageSheet::WarningMessage || d->type == OrvaMessageSheet::QuestionMessage
-            || d->type == OrvaMessageSheet::WarningQuestionMessage;
-        texts.busy = d->type == OrvaMessageSheet::ProcessingMessage;
-    } else if (auto* sheet = qobject_cast<OrvaInputSheet*>(widget)) {
-        texts.text = SheetAccessibility::plainText(OrvaInputSheetPrivate::get(sheet)->label->text());
-    } else if (auto* box = qobject_cast<QMessageBox*>(widget)) {
-        texts.text = SheetAccessibility::plainText(box->text());
-        texts.details = SheetAccessibility::plainText(box->informativeText());
-        texts.alert = warnsOrAsks(box->icon());
+            details = d->informativeLabel->text();
+    } else if (auto* sheet = qobject_cast<const OrvaInputSheet*>(widget)) {
+        text = OrvaInputSheetPrivate::get(sheet)->label->text();
+    } else if (auto* box = qobject_cast<const QMessageBox*>(widget)) {
+        text = box->text();
+        details = box->informativeText();
     }
-    return texts;
+    return qMakePair(SheetAccessibility::plainText(text), SheetAccessibility::plainText(details));
 }
 
 QAccessibleInterface* sheetAccessibilityFactory(const QString& className, QObject* object)
@@ -86,7 +90,7 @@ AccessibleSheet::AccessibleSheet(QWidget* widget)
 
 QAccessible::Role AccessibleSheet::role() const
 {
-    return textsOf(widget()).alert ? QAccessible::AlertMessage : QAccessible::Dialog;
+    return isAlert(widget()) ? QAccessible::AlertMessage : QAccessible::Dialog;
 }
 
 QAccessible::State AccessibleSheet::state() const
@@ -96,7 +100,7 @@ QAccessible::State AccessibleSheet::state() const
     // while it runs.
     QWidget* w = widget();
     state.modal = w->isVisible() && (!w->isWindow() || w->isModal());
-    state.busy = state.modal && textsOf(w).busy;
+    state.busy = state.modal && isBusy(w);
     return state;
 }
 
@@ -108,14 +112,14 @@ QString AccessibleSheet::text(QAccessible::Text t) const
             return w->accessibleName();
         if (!w->windowTitle().isEmpty())
             return w->windowTitle();
-        const QString text = textsOf(w).text;
+        const QString text = textsOf(w).first;
         return text.left(text.indexOf(QLatin1Char('\n')));
     }
     if (t == QAccessible::Description) {
         if (!w->accessibleDescription().isEmpty())
             return w->accessibleDescription();
-        const SheetTexts texts = textsOf(w);
-        return texts.details.isEmpty() ? texts.text : texts.text + QLatin1Char('\n') + texts.details;
+        const QPair<QString, QString> texts = textsOf(w);
+        return texts.second.isEmpty() ? texts.first : texts.first + QLatin1Char('\n') + texts.second;
     }
     return QAccessibleWidget::text(t);
 }
@@ -161,6 +165,8 @@ void* AccessibleMask::interface_cast(QAccessible::InterfaceType type)
 
 QString SheetAccessibility::plainText(const QString& text)
 {
+    if (text.isEmpty())
+        return text;
     QString plain = text;
     if (Qt::mightBeRichText(text)) {
         QTextDocument document;
