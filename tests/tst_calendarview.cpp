@@ -6,11 +6,15 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QAccessible>
 #include <QCalendarWidget>
+#include <QLineEdit>
 #include <QMenu>
+#include <QMetaEnum>
 #include <QTableView>
 #include <QTableWidget>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -39,7 +43,36 @@ QString pressOnFocus(Qt::Key key)
 {
     QTest::keyClick(QApplication::focusWidget(), key);
     QWidget* focus = QApplication::focusWidget();
-    return qobject_cast<OrvaCalanderView*>(focus) ? QStringLiteral("view") : focus->objectName().remove("qt_calendar_");
+    return focus ? focus->objectName().remove("qt_calendar_") : QStringLiteral("nothing");
+}
+
+/**
+ * What a screen reader finds under @p object: role and name, the children
+ * that show in brackets (a table's cells left out). A child that does not
+ * name this interface as its parent is marked "(stray)".
+ */
+QString outline(QAccessibleInterface* iface)
+{
+    QString text = QMetaEnum::fromType<QAccessible::Role>().valueToKey(iface->role());
+    if (!iface->text(QAccessible::Name).isEmpty())
+        text += " '" + iface->text(QAccessible::Name) + "'";
+    QStringList children;
+    for (int i = 0; iface->role() != QAccessible::Table && i < iface->childCount(); ++i) {
+        QAccessibleInterface* child = iface->child(i);
+        if (!child->state().invisible)
+            children << outline(child) + (child->parent() == iface ? "" : " (stray)");
+    }
+    return children.isEmpty() ? text : text + " [" + children.join(", ") + "]";
+}
+QString outline(QObject* object) { return outline(QAccessible::queryAccessibleInterface(object)); }
+
+/** A day cell as a screen reader hears it: name, then what its state and description add. */
+QString heard(QAccessibleInterface* cell)
+{
+    const QAccessible::State state = cell->state();
+    return cell->text(QAccessible::Name) + (state.selected ? " selected" : "") + (state.focused ? " focused" : "")
+           + (state.disabled ? " disabled" : "") + (cell->text(QAccessible::Description).isEmpty() ? "" : " (")
+           + cell->text(QAccessible::Description) + (cell->text(QAccessible::Description).isEmpty() ? "" : ")");
 }
 
 } // namespace
@@ -94,6 +127,14 @@ private Q_SLOTS:
         const QPixmap picture = getGlobalImage("bt_pagebar_backend", ImageManager::Normal);
         QCOMPARE(prev->iconSize(), picture.size() / DPIinfo::getInstance()->getDPR());
         QVERIFY(prev->icon().pixmap(picture.size()).toImage() == picture.toImage()); // pixels, whatever the ratio
+
+        // Right to left, as the calendar mirrors its own arrows: the previous month on the right, pointing right.
+        QToolButton* next = part(view, "qt_calendar_nextmonth");
+        view->setLayoutDirection(Qt::RightToLeft);
+        QTRY_VERIFY(prev->x() > next->x());
+        const QPixmap forward = getGlobalImage("bt_pagebar_nextend", ImageManager::Normal);
+        QVERIFY(prev->icon().pixmap(forward.size()).toImage() == forward.toImage());
+        QVERIFY(next->icon().pixmap(picture.size()).toImage() == picture.toImage());
     }
 
     void monthNamesFollowThePage()
@@ -139,10 +180,10 @@ private Q_SLOTS:
                            grid->viewport()->mapTo(view, dayCentre(grid, 14)));
         QVERIFY(dates(selected).startsWith(QStringLiteral("2024-02-14 2024-02-14")));
 
-        // Tabbing into the grid lands on the selected day and picks nothing, nor does an arrow; Enter picks.
+        // Tabbing back into the grid lands on the selected day and picks nothing, nor does an arrow; Enter picks.
         calendar->setSelectedDate(QDate(2024, 2, 9));
-        part(view, "qt_calendar_yearbutton")->setFocus();
-        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("calendarview"));
+        part(view, "qt_calendar_prevmonth")->setFocus();
+        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("calendarview"));
         QCOMPARE(grid->currentIndex(), dayCell(grid, 9));
         QTest::keyClick(grid, Qt::Key_Return);
         QTest::keyClick(grid, Qt::Key_Down);
@@ -172,24 +213,84 @@ private Q_SLOTS:
         QCOMPARE(dates(selected), now + ' ' + now + ' ' + now);
     }
 
-    void tabWalksTheCycle()
+    void tabWalksThroughAndOut()
     {
-        // The year editor is hidden until the year button is clicked, so Tab passes it by.
-        const QStringList cycle{"prevmonth",    "nextmonth",    "monthbutton", "yearbutton",
-                                "calendarview", "today_button", "view"};
-        view->setFocus();
-        for (int i = 0; i < 2 * cycle.size(); ++i)
-            QCOMPARE(pressOnFocus(Qt::Key_Tab), cycle.at(i % cycle.size()));
-        for (int i = 2 * cycle.size() - 2; i >= 0; --i)
-            QCOMPARE(pressOnFocus(Qt::Key_Backtab), cycle.at(i % cycle.size()));
+        // Between two fields of a window, Tab goes through the calendar and on; the year editor shows only
+        // once the year button is clicked, so Tab passes it by.
+        QWidget window;
+        auto* layout = new QVBoxLayout(&window);
+        for (const char* name : {"before", "after"}) {
+            layout->addWidget(new QLineEdit(&window));
+            layout->itemAt(layout->count() - 1)->widget()->setObjectName(name);
+            if (layout->count() == 1)
+                layout->addWidget(view);
+        }
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const QStringList stops{"calendarview", "prevmonth", "nextmonth", "monthbutton", "yearbutton", "today_button", "after"};
+        window.findChild<QLineEdit*>("before")->setFocus();
+        for (const QString& stop : stops)
+            QCOMPARE(pressOnFocus(Qt::Key_Tab), stop);
+        for (int i = stops.size() - 2; i >= 0; --i)
+            QCOMPARE(pressOnFocus(Qt::Key_Backtab), stops.at(i));
+        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("before"));
 
-        // From the open year editor Tab goes on to the grid and closes the editor.
+        // Focusing the view focuses the grid.
+        view->setFocus();
+        QCOMPARE(QApplication::focusWidget(), gridOf(view));
+
+        // The open year editor is named, and Tab from it goes on and closes it.
         auto* yearEdit = part<QWidget>(view, "qt_calendar_yearedit");
         click(part(view, "qt_calendar_yearbutton"));
         QTRY_VERIFY(yearEdit->isVisible() && yearEdit->hasFocus());
-        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("calendarview"));
+        QCOMPARE(QAccessible::queryAccessibleInterface(yearEdit)->text(QAccessible::Name), QStringLiteral("Jahr"));
+        QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("today_button"));
         QTRY_VERIFY(!yearEdit->isVisible());
         QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("yearbutton"));
+    }
+
+    void screenReaderReadsTheMonth()
+    {
+        view->setCurrentPage(2024, 2);
+        view->setMinimumDate(QDate(2024, 2, 3));
+        calendar->setSelectedDate(QDate(2024, 2, 9));
+        // The view holds the calendar and the today button; the calendar its named navigation and the day grid.
+        QCOMPARE(outline(view), QStringLiteral("Grouping 'Kalender' [Grouping [Client [Button 'Vorheriger Monat', "
+                                               "Button 'Nächster Monat', ButtonMenu 'Februar', Button '2024'], "
+                                               "Table 'Februar 2024'], Button 'Heute']"));
+
+        // Days are named by their date, the neighbouring months' too; days before the minimum are disabled.
+        QTableView* grid = gridOf(view);
+        QAccessibleTableInterface* table = QAccessible::queryAccessibleInterface(grid)->tableInterface();
+        QVERIFY(table);
+        QCOMPARE(table->rowCount() * 10 + table->columnCount(), 67);
+        QCOMPARE(heard(table->cellAt(0, 0)), QStringLiteral("Sonntag, 28 Januar 2024 disabled"));
+        QCOMPARE(heard(table->cellAt(0, 4)), QStringLiteral("Donnerstag, 1 Februar 2024 disabled"));
+        QCOMPARE(heard(table->cellAt(1, 5)), QStringLiteral("Freitag, 9 Februar 2024 selected focused"));
+        QCOMPARE(heard(table->cellAt(5, 6)), QStringLiteral("Samstag, 9 März 2024"));
+        QCOMPARE(table->columnDescription(1), QStringLiteral("Montag"));
+
+        // The arrow keys move the day, and the focus a screen reader follows with it.
+        grid->setFocus();
+        QTest::keyClick(grid, Qt::Key_Right);
+        QTest::keyClick(grid, Qt::Key_Down);
+        QCOMPARE(calendar->selectedDate(), QDate(2024, 2, 17));
+        QCOMPARE(heard(QAccessible::queryAccessibleInterface(view)->focusChild()),
+                 QStringLiteral("Samstag, 17 Februar 2024 selected focused"));
+
+        // Paged to another month, the grid is renamed and the same cells name other days; today says so.
+        const QDate today = QDate::currentDate();
+        view->setCurrentPage(today.year(), today.month());
+        const QString month = part(view, "qt_calendar_monthbutton")->text();
+        QCOMPARE(QAccessible::queryAccessibleInterface(grid)->text(QAccessible::Name),
+                 month + ' ' + QString::number(today.year()));
+        QStringList described;
+        for (int i = 0; i < table->rowCount() * table->columnCount(); ++i) {
+            QAccessibleInterface* cell = QAccessible::queryAccessibleInterface(grid)->child(i);
+            if (!cell->text(QAccessible::Description).isEmpty())
+                described << heard(cell).section(", ", 1);
+        }
+        QCOMPARE(described, QStringList(QStringLiteral("%1 %2 %3 (Heute)").arg(today.day()).arg(month).arg(today.year())));
     }
 
     void selectorShowsThePickedDate()
@@ -224,9 +325,31 @@ private Q_SLOTS:
         QVERIFY(popup->window()->height() >= TestEnvironment::scaled(260));
         selector->dateSelect(QDate());
         QVERIFY(popup->isVisible());
+
+        // The keyboard starts on the day grid and Tab keeps it in the popup; Escape closes it, back to the field.
+        QTRY_COMPARE(QApplication::focusWidget(), gridOf(popup));
+        QStringList stops;
+        for (int i = 0; i < 6; ++i)
+            stops << pressOnFocus(Qt::Key_Tab);
+        QCOMPARE(stops.join(' '), QStringLiteral("prevmonth nextmonth monthbutton yearbutton today_button calendarview"));
+        QCOMPARE(pressOnFocus(Qt::Key_Backtab), QStringLiteral("today_button"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QTRY_VERIFY(!popup->isVisible());
+        QCOMPARE(QApplication::focusWidget(), selector);
+
+        click(selector);
+        QTRY_VERIFY(popup->isVisible());
         click(gridOf(popup)->viewport(), dayCentre(gridOf(popup), 20));
         QTRY_VERIFY(!popup->isVisible());
         QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-20 2024-02-20, page 2024-2"));
+
+        // Opened from the keyboard, the arrows move the day and Enter picks it.
+        QTest::keyClick(selector, Qt::Key_F4);
+        QTRY_COMPARE(QApplication::focusWidget(), gridOf(popup));
+        QTest::keyClick(gridOf(popup), Qt::Key_Right);
+        QTest::keyClick(gridOf(popup), Qt::Key_Return);
+        QTRY_VERIFY(!popup->isVisible());
+        QCOMPARE(shown(), QStringLiteral("1 items: 2024-02-21 2024-02-21, page 2024-2"));
 
         // Clearing goes back to the placeholder and today's page.
         selector->clearDate();
@@ -234,7 +357,7 @@ private Q_SLOTS:
     }
 
 private:
-    OrvaCalanderView* view = nullptr; // shown and active for each test
+    QPointer<OrvaCalanderView> view; // shown and active for each test, unless a test's window took it
     QCalendarWidget* calendar = nullptr;
 };
 

@@ -12,8 +12,6 @@
 
 #include <QAbstractItemView>
 #include <QDate>
-#include <QList>
-#include <QPointer>
 #include <QStringList>
 
 class QAction;
@@ -24,6 +22,15 @@ class QTableWidget;
  * A month calendar for picking one date, sent out by sigDateSelect(): a
  * single click on a day, a double click or Enter on it (both, so a double
  * click emits more than once), and the today button.
+ *
+ * Keyboard: Tab walks the day grid (arrow keys move the day, Enter picks
+ * it), the month arrows, the month and year buttons and the today button,
+ * then leaves the view; inside a popup window (OrvaDateSelector's) it wraps
+ * round instead. The view takes no focus of its own: focusing it focuses
+ * the day grid. Screen readers find the day grid as a table named by the
+ * month shown ("November 2026") whose cells are named by their whole date
+ * ("Wednesday, 25 November 2026"), the selected day selected and today
+ * described as today; the arrows, month, year and today buttons are named.
  *
  * It is an item view only so that a combo box can take it as its popup
  * view; it shows no model and every item-view operation is inert. Inside
@@ -51,7 +58,7 @@ public:
     /** Days after @p date cannot be picked in the grid; the today button still picks today. */
     void setMaximumDate(const QDate& date);
 
-    /** Tab and Backtab in the year button, year editor, day grid and today button walk the view's own chain. */
+    /** Shows the keyboard's day as the day grid takes the focus by Tab or Backtab. */
     bool eventFilter(QObject* watched, QEvent* event) override;
 
     /** Inert: an empty rectangle. */
@@ -88,7 +95,7 @@ protected:
     void handleMonthMenu();
     /** Puts one-letter localized weekday names, Sunday first, above the day grid. The constructor calls it once. */
     void handleWeekdayHeader();
-    /** Builds the Tab cycle that focusNextPrevChild() walks. The constructor calls it once. */
+    /** Hands the view's focus to the day grid, which Tab reaches first. The constructor calls it once. */
     void handleTabOrder();
 
     /** Inert: an invalid index. */
@@ -103,16 +110,20 @@ protected:
     void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
     /** Inert: an empty region. */
     QRegion visualRegionForSelection(const QItemSelection& selection) const override;
-    /** Tab and Backtab walk view, previous month, next month, month, year, year editor, day grid, today. */
-    bool focusNextPrevChild(bool next) override;
+    /** Points the month arrows the reading way again when the layout direction changes. */
+    void changeEvent(QEvent* event) override;
 
 private:
+    friend class OrvaCalanderDayGridAccessible; // names the days as the view does
+
     ORVACAT_NO_EXPORT void showMonthName(int month);
+    ORVACAT_NO_EXPORT void showMonthArrows();
 
     QCalendarWidget* m_calendar = nullptr;
     QTableWidget* m_weekdayHeader = nullptr;
     QStringList m_monthNames;
-    QList<QPointer<QWidget>> m_tabCycle;
+    QStringList m_dayNames; // in full, Sunday first
+    QString m_todayText;
 };
 
 #endif // ORVACAT_ORVACALANDERVIEW_H

@@ -22,6 +22,12 @@ class OrvaCalanderView;
  * always holds exactly one item, the placeholder (no date yet, user data a
  * null QDate) or the chosen date as "yyyy-MM-dd" with the QDate as user
  * data: read it with itemData(0).toDate().
+ *
+ * From the keyboard the popup (F4, Alt+Down) opens on the day grid: the
+ * arrow keys move the day, Enter picks it, Tab and Backtab stay inside the
+ * popup, and Escape closes it with the focus back on the field. Screen
+ * readers read the field as a combo box whose text is the date or the
+ * placeholder; name it through a label with QLabel::setBuddy().
  */
 class ORVACAT_EXPORT OrvaDateSelector : public QComboBox
 {
