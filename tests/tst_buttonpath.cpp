@@ -5,13 +5,18 @@
 #include "testenvironment.h"
 
 #include <orvacat/dpiinfo.h>
+#include <orvacat/imagemanager.h>
 #include <orvacat/orvabuttonpath.h>
 
+#include <QAccessible>
+#include <QLineEdit>
 #include <QMenu>
+#include <QMetaEnum>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -48,6 +53,30 @@ QStringList expectedMenu(OrvaButtonPath& bar)
     return menu;
 }
 
+/** What a screen reader finds in the bar: role and name, then its children's; "(stray)" if one disowns it. */
+QString outline(QWidget* bar)
+{
+    QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(bar);
+    QStringList parts;
+    for (QAccessibleInterface* i : {iface, iface->child(0), iface->child(1), iface->child(2), iface->child(3)}) {
+        if (i)
+            parts << QMetaEnum::fromType<QAccessible::Role>().valueToKey(i->role()) + QStringLiteral(" '")
+                         + i->text(QAccessible::Name) + "'" + (i->state().offscreen ? " offscreen" : "")
+                         + (i == iface || i->parent() == iface ? "" : " (stray)");
+    }
+    return parts.join(", ") + (iface->childCount() > 4 ? " ..." : "");
+}
+
+/** Presses @p key where the focus is and names where it went: a button by its caption, a field by its name. */
+QString pressOnFocus(Qt::Key key)
+{
+    QTest::keyClick(QApplication::focusWidget(), key);
+    QWidget* focus = QApplication::focusWidget();
+    if (auto* button = qobject_cast<QAbstractButton*>(focus))
+        return button->text().isEmpty() ? QStringLiteral("folder button") : button->text();
+    return focus ? focus->objectName() : QStringLiteral("nothing");
+}
+
 } // namespace
 
 class TestButtonPath : public QObject
@@ -60,6 +89,8 @@ private Q_SLOTS:
 
     void elementsBecomeButtonsThatEmitTheirPath();
     void longPathOverflowsIntoTheMenu();
+    void oneTabStopAndArrowsBetweenFolders();
+    void rightToLeftRunsFromTheRight();
 };
 
 void TestButtonPath::elementsBecomeButtonsThatEmitTheirPath()
@@ -125,6 +156,16 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
     QCOMPARE(change->geometry(), QRect(TestEnvironment::scaled(1), TestEnvironment::scaled(1),
                                        TestEnvironment::scaled(26), TestEnvironment::scaled(26)));
 
+    // A screen reader finds the change-folder button first, then every folder; the keyboard reaches the
+    // button and the folders that show whole, Home and End at either end.
+    QCOMPARE(outline(&bar), QStringLiteral("ToolBar 'Folder path', ButtonMenu 'Hidden folders', "
+                                           "Button 'home' offscreen, Button 'ada' offscreen, "
+                                           "Button 'Projects' offscreen ..."));
+    cell(bar, 14)->setFocus();
+    QCOMPARE(pressOnFocus(Qt::Key_Home), QStringLiteral("folder button"));
+    QCOMPARE(pressOnFocus(Qt::Key_Right), cell(bar, expectedMenu(bar).size() * 2 - 2)->text());
+    QCOMPARE(pressOnFocus(Qt::Key_End), QStringLiteral("Final"));
+
     // Picking an entry acts like clicking its element.
     change->menu()->actions().at(1)->trigger();
     QCOMPARE(QList<QVariantList>(spy), (QList<QVariantList>{{"home/ada"}}));
@@ -141,6 +182,65 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
     bar.slotUpdatePath(QStringLiteral("/home"));
     QCOMPARE(shown(bar), QStringList{"home"});
     QCOMPARE(bar.horizontalScrollBar()->value(), 0);
+}
+
+void TestButtonPath::oneTabStopAndArrowsBetweenFolders()
+{
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* bar = new OrvaButtonPath;
+    for (const char* name : {"before", "after"}) {
+        layout->addWidget(new QLineEdit(&window));
+        layout->itemAt(layout->count() - 1)->widget()->setObjectName(name);
+        if (layout->count() == 1)
+            layout->addWidget(bar);
+    }
+    window.resize(800, 200);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    bar->refresh(QStringLiteral("/home/ada/R&D"));
+    QCOMPARE(outline(bar), QStringLiteral("ToolBar 'Folder path', Button 'home', Button 'ada', Button 'R&D'"));
+
+    // One Tab stop, on the folder the path leads to; the arrows move between the folders and no further.
+    window.findChild<QLineEdit*>("before")->setFocus();
+    QStringList stops;
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Left, Qt::Key_Left, Qt::Key_Left,
+                              Qt::Key_Right, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Backtab})
+        stops << pressOnFocus(key);
+    QCOMPARE(stops.join(" | "), QStringLiteral("R&&D | after | R&&D | ada | home | home | ada | after | ada | before"));
+
+    // Space and Enter press the focused folder; rebuilt for it, the bar keeps the focus on its new end.
+    QSignalSpy spy(bar, &OrvaButtonPath::sigUpdatePath);
+    QVERIFY(spy.isValid());
+    connect(bar, &OrvaButtonPath::sigUpdatePath, bar, [bar](const QString& path) { bar->refresh('/' + path); });
+    QCOMPARE(pressOnFocus(Qt::Key_Tab), QStringLiteral("ada"));
+    QCOMPARE(pressOnFocus(Qt::Key_Space), QStringLiteral("ada"));
+    QCOMPARE(pressOnFocus(Qt::Key_Left), QStringLiteral("home"));
+    QCOMPARE(pressOnFocus(Qt::Key_Return), QStringLiteral("home"));
+    QCOMPARE(QList<QVariantList>(spy), (QList<QVariantList>{{"home/ada"}, {"home"}}));
+}
+
+void TestButtonPath::rightToLeftRunsFromTheRight()
+{
+    OrvaButtonPath bar;
+    bar.setLayoutDirection(Qt::RightToLeft);
+    bar.resize(TestEnvironment::scaled(260), bar.height());
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    bar.refresh(QStringLiteral("/home/ada"));
+    QVERIFY(cell(bar, 0)->mapTo(&bar, QPoint(0, 0)).x() > cell(bar, 2)->mapTo(&bar, QPoint(0, 0)).x());
+    // The arrow points left, the reading way, and Left moves away from the root.
+    const QImage arrow = getGlobalImage("bt_next", ImageManager::Normal).toImage();
+    QVERIFY(cell(bar, 1)->icon().pixmap(arrow.size()).toImage() == arrow.mirrored(true, false));
+    cell(bar, 0)->setFocus();
+    QCOMPARE(pressOnFocus(Qt::Key_Left), QStringLiteral("ada"));
+
+    // The change-folder button stands at the right end, over the folders scrolled out there.
+    bar.refresh(QStringLiteral("/home/ada/Projects/R&D/2026/Quarterly reports/Drafts/Final"));
+    auto* change = bar.findChild<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
+    QVERIFY(change->isVisible());
+    QCOMPARE(change->geometry().right(), bar.width() - 1 - TestEnvironment::scaled(1));
+    QCOMPARE(cell(bar, 14)->mapTo(&bar, QPoint(0, 0)).x(), 0);
 }
 
 ORVACAT_TEST_MAIN(TestButtonPath)

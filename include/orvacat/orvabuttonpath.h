@@ -9,6 +9,7 @@
 
 #include <orvacat/orvacat_export.h>
 
+#include <QIcon>
 #include <QList>
 #include <QString>
 #include <QTableWidget>
@@ -27,6 +28,15 @@ class QToolButton;
  *
  * The width is sampled by refresh(): call it again (slotUpdatePath) after the
  * bar was resized.
+ *
+ * Keyboard: the bar is one Tab stop, the folder the path leads to; the arrow
+ * keys (and Home, End) move between the folder buttons that show whole and
+ * the change-folder button, Space or Enter presses. Screen readers find a
+ * tool bar (named "Folder path" by the component strings, or by
+ * setAccessibleName()) holding the change-folder button while it shows and
+ * one button per folder, named by the folder; the arrows are not there.
+ * Under a right-to-left layout the path runs from the right, its arrows
+ * point left and the change-folder button sits at the right end.
  */
 class ORVACAT_EXPORT OrvaButtonPath : public QTableWidget
 {
@@ -63,8 +73,22 @@ Q_SIGNALS:
      */
     void sigUpdatePath(QString path);
 
+protected:
+    /** Moves the keyboard between the folder buttons. */
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    /** Keeps the change-folder button at the bar's end. */
+    void resizeEvent(QResizeEvent* event) override;
+    /** Mirrors the arrows and the change-folder button with the layout direction. */
+    void changeEvent(QEvent* event) override;
+
 private:
+    ORVACAT_NO_EXPORT void updateKeyboardStops();
+    ORVACAT_NO_EXPORT void makeKeyboardStop(QWidget* stop);
+    ORVACAT_NO_EXPORT void placeChangeFolderBtn();
+    ORVACAT_NO_EXPORT QIcon arrowIcon() const;
+
     QList<QWidget*> m_cellWidgets;
+    QList<QWidget*> m_keyboardStops; // the change-folder button while shown, the folders shown whole
     QToolButton* m_changeFolderBtn = nullptr;
     QMenu* m_changeFolderMenu = nullptr;
     QSignalMapper* m_nameMapper = nullptr;
