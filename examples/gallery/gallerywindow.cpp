@@ -6,8 +6,10 @@
 #include <themefiles.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -44,6 +46,16 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     m_languageBox->setCurrentText(language);
     m_languageBox->setMinimumWidth(px(64));
 
+    // The other theme is the sibling folder: themes/default and themes/dark.
+    const QDir themes = QFileInfo(themeDir).dir();
+    const bool startedDark = QFileInfo(themeDir).fileName() == QLatin1String("dark");
+    m_lightThemeDir = startedDark ? themes.filePath(QStringLiteral("default")) : themeDir;
+    m_darkThemeDir = startedDark ? themeDir : themes.filePath(QStringLiteral("dark"));
+    m_darkBox = new OrvaCheckBox(QStringLiteral("&Dark theme"));
+    m_darkBox->setChecked(startedDark);
+    m_darkBox->setEnabled(QFileInfo::exists(m_lightThemeDir + QLatin1String("/images.json"))
+                          && QFileInfo::exists(m_darkThemeDir + QLatin1String("/images.json")));
+
     m_pageList->setObjectName(QStringLiteral("galleryPageList"));
     m_pageList->setFixedWidth(px(170));
     m_pageList->setFrameShape(QFrame::NoFrame);
@@ -60,13 +72,15 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     headerLayout->setSpacing(px(8));
     auto* title = new QLabel(QStringLiteral("liborvacat-qt gallery"));
     title->setObjectName(QStringLiteral("galleryTitle"));
-    auto* subtitle = new QLabel(QStringLiteral("every control on the default theme"));
+    auto* subtitle = new QLabel(QStringLiteral("every control of the toolkit"));
     subtitle->setObjectName(QStringLiteral("gallerySubtitle"));
     headerLayout->addWidget(title);
     headerLayout->addWidget(subtitle);
     headerLayout->addStretch(1);
     headerLayout->addWidget(new QLabel(QStringLiteral("Language")));
     headerLayout->addWidget(m_languageBox);
+    headerLayout->addSpacing(px(12));
+    headerLayout->addWidget(m_darkBox);
 
     auto* body = new QHBoxLayout;
     body->setContentsMargins(0, 0, 0, 0);
@@ -80,30 +94,13 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     layout->addWidget(header);
     layout->addLayout(body, 1);
 
-    // The shell's own look. Pages group their controls in QGroupBoxes, drawn
-    // here as white cards on a light background; the toolkit's widgets keep
-    // the theme's style sheets, which win over these rules.
-    setStyleSheet(QStringLiteral(
-        "#galleryHeader { background: #FFFFFF; border-bottom: 1px solid #DADCE0; }"
-        "#galleryTitle { color: #202124; font-weight: bold; font-size: %1px; }"
-        "#gallerySubtitle { color: #5F6368; }"
-        "#galleryPageList { background: #F1F3F4; border-right: 1px solid #DADCE0; outline: none;"
-        "  padding-top: %2px; }"
-        "#galleryPageList::item { color: #3C4043; padding: %3px %4px; border: none; }"
-        "#galleryPageList::item:hover { background: #E8EAED; }"
-        "#galleryPageList::item:selected { color: #174EA6; background: #D2E3FC; }"
-        "#galleryPages, #galleryPages QScrollArea, #galleryPageViewport { background: #F8F9FA; }"
-        "#galleryPages QGroupBox { background: #FFFFFF; border: 1px solid #DADCE0; border-radius: %5px;"
-        "  margin-top: %6px; padding: %7px %8px %8px %8px; }"
-        "#galleryPages QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left;"
-        "  left: %9px; padding: 0px %10px; color: #202124; font-weight: bold; }")
-        .arg(px(15)).arg(px(6)).arg(px(7)).arg(px(14)).arg(px(6)).arg(px(20)).arg(px(10)).arg(px(8))
-        .arg(px(6)).arg(px(2)));
+    applyShellLook();
     m_pages->setAttribute(Qt::WA_StyledBackground);
     header->setAttribute(Qt::WA_StyledBackground);
 
     connect(m_pageList, &QListWidget::currentRowChanged, this, &GalleryWindow::showPage);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);
+    connect(m_darkBox, &QCheckBox::toggled, this, &GalleryWindow::setDarkTheme);
 
     // As large as the pages like, but never past the screen: pages scroll
     // when the window is smaller than they are.
@@ -120,6 +117,65 @@ void GalleryWindow::setLanguage(const QString& language)
         ThemeFiles::readStringTable(ThemeFiles::stringTablePath(m_themeDir, language)));
     // Widgets read their captions when they are built: build the pages anew.
     rebuildPages();
+}
+
+void GalleryWindow::setDarkTheme(bool dark)
+{
+    const QString themeDir = dark ? m_darkThemeDir : m_lightThemeDir;
+    if (themeDir == m_themeDir)
+        return;
+    // The host's start-up order once more: the registries take the other
+    // folder's pictures and sheets; widgets read them when they are built.
+    ThemeFiles::install(themeDir, UIPathManager::getInstance()->getPath(QStringLiteral("user_data_path")),
+                        m_languageBox->currentText());
+    m_themeDir = themeDir;
+    applyShellLook();
+    redressHeader();
+    rebuildPages();
+}
+
+void GalleryWindow::applyShellLook()
+{
+    const double factor = DPIinfo::getInstance()->getDPI();
+    auto px = [factor](int n) { return int(n * factor); };
+    // The shell's own look. Pages group their controls in QGroupBoxes, drawn
+    // here as cards on a quieter background; the toolkit's widgets keep the
+    // theme's style sheets, which win over these rules.
+    const bool dark = m_themeDir == m_darkThemeDir;
+    // Card, line, text, quiet text, page list, its text, hover, picked text, picked, page.
+    const QStringList c = (dark ? QStringLiteral("#292A2D #3C4043 #E8EAED #BDC1C6 #202124 #DADCE0 #35363A #D2E3FC #314B70 #202124")
+                                : QStringLiteral("#FFFFFF #DADCE0 #202124 #5F6368 #F1F3F4 #3C4043 #E8EAED #174EA6 #D2E3FC #F8F9FA"))
+                              .split(QLatin1Char(' '));
+    QString sheet = QStringLiteral(
+        "#galleryHeader { background: @card; border-bottom: 1px solid @line; }"
+        "#galleryHeader QLabel { color: @quiet; }"
+        "#galleryHeader QLabel#galleryTitle { color: @text; font-weight: bold; font-size: %1px; }"
+        "#galleryPageList { background: @list; border-right: 1px solid @line; outline: none;"
+        "  padding-top: %2px; }"
+        "#galleryPageList::item { color: @itemink; padding: %3px %4px; border: none; }"
+        "#galleryPageList::item:hover { background: @hover; }"
+        "#galleryPageList::item:selected { color: @pickink; background: @pick; }"
+        "#galleryPages, #galleryPages QScrollArea, #galleryPageViewport, #galleryPageViewport > QWidget {"
+        "  background: @page; }"
+        // Plain Qt text on the pages; the toolkit's own and the pages' own sheets win.
+        "#galleryPages QLabel, #galleryPages QGroupBox, #galleryPages QCheckBox { color: @text; }"
+        "#galleryPages QGroupBox { background: @card; border: 1px solid @line; border-radius: %5px;"
+        "  margin-top: %6px; padding: %7px %8px %8px %8px; }"
+        "#galleryPages QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left;"
+        "  left: %9px; padding: 0px %10px; color: @text; font-weight: bold; }")
+        .arg(px(15)).arg(px(6)).arg(px(7)).arg(px(14)).arg(px(6)).arg(px(20)).arg(px(10)).arg(px(8))
+        .arg(px(6)).arg(px(2));
+    const char* const names[] = {"@card", "@line", "@text", "@quiet", "@list", "@itemink", "@hover", "@pickink", "@pick", "@page"};
+    for (int i = 0; i < c.size(); ++i)
+        sheet.replace(QLatin1String(names[i]), c.at(i));
+    setStyleSheet(sheet);
+}
+
+void GalleryWindow::redressHeader()
+{
+    // A control of each kind built now wears the new theme's sheet; the header's keep their state.
+    m_languageBox->setStyleSheet(OrvaComboBox().styleSheet());
+    m_darkBox->setStyleSheet(OrvaCheckBox(QString()).styleSheet());
 }
 
 void GalleryWindow::rebuildPages()

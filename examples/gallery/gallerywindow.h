@@ -3,14 +3,17 @@
 
 #include <QWidget>
 
+class QCheckBox;
 class QComboBox;
 class QListWidget;
 class QStackedWidget;
 
 /**
  * The gallery's one window: the page list on the left, the page on the
- * right, and a language switch that rebuilds the pages from the chosen
- * string table. A page is built when it is first shown.
+ * right, a language switch that rebuilds the pages from the chosen string
+ * table, and a switch between the light and the dark theme that reloads the
+ * registries from the other theme's folder. A page is built when it is
+ * first shown.
  */
 class GalleryWindow : public QWidget
 {
@@ -30,8 +33,17 @@ private:
 
     QString m_themeDir;
     QComboBox* m_languageBox;
+    /** Installs the dark or the light theme and builds the pages (and the header's controls) anew. */
+    void setDarkTheme(bool dark);
+    /** The shell's own colours, which follow the theme. */
+    void applyShellLook();
+    /** Dresses the header's toolkit controls in the theme installed now. */
+    void redressHeader();
     QListWidget* m_pageList;
     QStackedWidget* m_pages;
 };
 
 #endif // ORVACAT_GALLERY_GALLERYWINDOW_H
+    QString m_lightThemeDir;
+    QString m_darkThemeDir;
+    QCheckBox* m_darkBox = nullptr;

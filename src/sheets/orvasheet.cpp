@@ -54,6 +54,17 @@ int OrvaSheet::shadowWidth() const
     return m_shadowWidth;
 }
 
+QColor OrvaSheet::cardColor() const
+{
+    return m_cardColor;
+}
+
+void OrvaSheet::setCardColor(const QColor& color)
+{
+    m_cardColor = color;
+    update();
+}
+
 void OrvaSheet::paintEvent(QPaintEvent* event)
 {
     Q_UNUSED(event)
@@ -64,7 +75,7 @@ void OrvaSheet::paintEvent(QPaintEvent* event)
     const QRect card(m, m, width() - 2 * m, height() - 2 * m);
     if (card.width() > 0 && card.height() > 0) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QBrush(Qt::white, Qt::SolidPattern));
+        painter.setBrush(m_cardColor.isValid() ? m_cardColor : palette().color(QPalette::Base));
         painter.drawRect(card);
     }
 }

@@ -56,7 +56,7 @@ QImage drawIcon(const FileType& type)
     page.lineTo(left, top + 1.5);
     page.quadTo(left, top, left + 1.5, top);
     p.setPen(QPen(QColor(0xC4, 0xC7, 0xCC), 1.0));
-    p.setBrush(Palette::white);
+    p.setBrush(white);
     p.drawPath(page);
     QPainterPath corner;
     corner.moveTo(right - fold, top);
@@ -91,7 +91,7 @@ QImage drawIcon(const FileType& type)
     if (advance > room)
         font.setStretch(qMax(50, int(100.0 * room / advance)));
     p.setFont(font);
-    p.setPen(Palette::white);
+    p.setPen(white);
     p.drawText(bandPixels, Qt::AlignCenter, label);
     p.end();
     return image;
@@ -113,9 +113,9 @@ QImage removedVariant(const QImage& icon)
     QPainter p(&image);
     p.setRenderHint(QPainter::Antialiasing);
     p.scale(kFileScale, kFileScale);
-    p.setPen(roundPen(Palette::white, 4.0));
+    p.setPen(roundPen(white, 4.0));
     p.drawLine(QPointF(4.5, 28.0), QPointF(27.5, 5.0));
-    p.setPen(roundPen(Palette::red, 2.0));
+    p.setPen(roundPen(palette().red, 2.0));
     p.drawLine(QPointF(4.5, 28.0), QPointF(27.5, 5.0));
     p.end();
     return image;

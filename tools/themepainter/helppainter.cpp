@@ -21,8 +21,8 @@ void drawWindow(QPainter& painter, const QRectF& frame, const QColor& titleBar, 
     }
     QPainterPath body;
     body.addRoundedRect(frame, 6, 6);
-    painter.fillPath(body, Palette::white);
-    painter.setPen(QPen(Palette::border, 1));
+    painter.fillPath(body, white);
+    painter.setPen(QPen(palette().border, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(body);
 
@@ -44,7 +44,7 @@ void drawWindow(QPainter& painter, const QRectF& frame, const QColor& titleBar, 
 
 void drawBadge(QPainter& painter, const QPointF& centre, qreal radius, const QColor& colour)
 {
-    painter.setPen(QPen(Palette::white, 2));
+    painter.setPen(QPen(white, 2));
     painter.setBrush(colour);
     painter.drawEllipse(centre, radius, radius);
 }
@@ -66,32 +66,32 @@ bool paintHelpPictures(const QString& helpImageDir)
     drawWindow(painter, online, grey, lines);
     const QPointF question(online.right() - 24, online.bottom() - 24);
     drawBadge(painter, question, 15, grey);
-    painter.setPen(Palette::white);
+    painter.setPen(white);
     QFont font;
     font.setPixelSize(20);
     font.setBold(true);
     painter.setFont(font);
     painter.drawText(QRectF(question.x() - 15, question.y() - 15, 30, 30), Qt::AlignCenter, QStringLiteral("?"));
     const QPointF failure(online.right() + 2, online.top());
-    drawBadge(painter, failure, 11, Palette::red);
-    painter.setPen(roundPen(Palette::white, 2.2));
+    drawBadge(painter, failure, 11, palette().red);
+    painter.setPen(roundPen(white, 2.2));
     painter.drawLine(failure + QPointF(-4, -4), failure + QPointF(4, 4));
     painter.drawLine(failure + QPointF(-4, 4), failure + QPointF(4, -4));
 
     // The arrow from one to the other.
-    painter.setPen(roundPen(Palette::accent, 2.5));
+    painter.setPen(roundPen(palette().accent, 2.5));
     painter.drawLine(QPointF(160, 82), QPointF(190, 82));
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Palette::accent);
+    painter.setBrush(palette().accent);
     painter.drawPolygon(QPolygonF({QPointF(200, 82), QPointF(190, 76), QPointF(190, 88)}));
 
     // The copy on disk: blue, with a folder.
     const QRectF offline(212, 12, 130, 140);
-    drawWindow(painter, offline, Palette::accent, lines);
+    drawWindow(painter, offline, palette().accent, lines);
     const QPointF folder(offline.right() - 24, offline.bottom() - 24);
-    drawBadge(painter, folder, 15, Palette::accent);
+    drawBadge(painter, folder, 15, palette().accent);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(Palette::white);
+    painter.setBrush(white);
     QPainterPath shape;
     shape.moveTo(folder + QPointF(-8, -5));
     shape.lineTo(folder + QPointF(-3, -5));

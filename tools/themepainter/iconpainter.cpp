@@ -23,13 +23,13 @@ StateLook lookOf(ButtonState state)
 {
     switch (state) {
     case ButtonState::Normal:
-        return {QColor(), Palette::textSecondary};
+        return {QColor(), palette().textSecondary};
     case ButtonState::Hover:
-        return {Palette::accentLight, Palette::accent};
+        return {palette().accentLight, palette().accent};
     case ButtonState::Click:
-        return {Palette::accentLightPressed, Palette::accentPressed};
+        return {palette().accentLightPressed, palette().accentPressed};
     case ButtonState::Disable:
-        return {QColor(), Palette::textDisabled};
+        return {QColor(), palette().textDisabled};
     }
     return {};
 }
@@ -166,7 +166,7 @@ bool paintAppImage(const QString& dir)
     return paintPicture(dir, QStringLiteral("app_img"), 40, 40, [](QPainter& p) {
         QLinearGradient tile(0, 2, 0, 38);
         tile.setColorAt(0.0, QColor(0x4C, 0x8D, 0xF6));
-        tile.setColorAt(1.0, Palette::accentPressed);
+        tile.setColorAt(1.0, palette().accentPressed);
         p.setPen(Qt::NoPen);
         p.setBrush(tile);
         p.drawRoundedRect(QRectF(2, 2, 36, 36), 9, 9);
@@ -181,9 +181,9 @@ bool paintAppImage(const QString& dir)
         head.closeSubpath();
         head.addEllipse(QRectF(9.5, 11.0, 21.0, 19.0));
         head.setFillRule(Qt::WindingFill);
-        p.setBrush(Palette::white);
+        p.setBrush(white);
         p.drawPath(head.simplified());
-        p.setBrush(Palette::accent);
+        p.setBrush(palette().accent);
         p.drawEllipse(QPointF(16.0, 20.0), 1.8, 2.2);
         p.drawEllipse(QPointF(24.0, 20.0), 1.8, 2.2);
         QPainterPath nose;
@@ -199,9 +199,9 @@ bool paintInformation(const QString& dir)
 {
     return paintPicture(dir, QStringLiteral("icon_information"), 40, 40, [](QPainter& p) {
         p.setPen(Qt::NoPen);
-        p.setBrush(Palette::accent);
+        p.setBrush(palette().accent);
         p.drawEllipse(QRectF(3, 3, 34, 34));
-        p.setBrush(Palette::white);
+        p.setBrush(palette().onAccent);
         p.drawEllipse(QPointF(20.0, 12.8), 2.2, 2.2);
         p.drawRoundedRect(QRectF(18.2, 17.0, 3.6, 12.0), 1.8, 1.8);
     });
@@ -216,12 +216,12 @@ bool paintWarning(const QString& dir)
         triangle.lineTo(4.0, 33.5);
         triangle.closeSubpath();
         // A thick pen of the fill colour rounds the triangle's corners.
-        QPen edge = roundPen(Palette::amber, 4.0);
+        QPen edge = roundPen(palette().amber, 4.0);
         p.setPen(edge);
-        p.setBrush(Palette::amber);
+        p.setBrush(palette().amber);
         p.drawPath(triangle);
         p.setPen(Qt::NoPen);
-        p.setBrush(Palette::white);
+        p.setBrush(palette().onAccent);
         p.drawRoundedRect(QRectF(18.3, 13.5, 3.4, 11.0), 1.7, 1.7);
         p.drawEllipse(QPointF(20.0, 28.7), 2.0, 2.0);
     });
@@ -231,18 +231,18 @@ bool paintQuestion(const QString& dir)
 {
     return paintPicture(dir, QStringLiteral("icon_question"), 40, 40, [](QPainter& p) {
         p.setPen(Qt::NoPen);
-        p.setBrush(Palette::accent);
+        p.setBrush(palette().accent);
         p.drawEllipse(QRectF(3, 3, 34, 34));
         const QRectF bow(15.0, 10.0, 10.0, 10.0);
         QPainterPath mark;
         mark.arcMoveTo(bow, 160);
         mark.arcTo(bow, 160, -250);
         mark.lineTo(20.0, 23.0);
-        p.setPen(roundPen(Palette::white, 3.4));
+        p.setPen(roundPen(palette().onAccent, 3.4));
         p.setBrush(Qt::NoBrush);
         p.drawPath(mark);
         p.setPen(Qt::NoPen);
-        p.setBrush(Palette::white);
+        p.setBrush(palette().onAccent);
         p.drawEllipse(QPointF(20.0, 28.6), 2.1, 2.1);
     });
 }

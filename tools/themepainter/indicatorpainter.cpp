@@ -32,13 +32,13 @@ QColor fillOf(Look look)
 {
     switch (look) {
     case Look::Normal:
-        return Palette::accent;
+        return palette().accent;
     case Look::Hover:
-        return Palette::accentHover;
+        return palette().accentHover;
     case Look::Disable:
-        return Palette::textDisabled;
+        return palette().textDisabled;
     }
-    return Palette::accent;
+    return palette().accent;
 }
 
 bool paintCheckBox(const QString& dir, Toggle toggle, Look look)
@@ -48,18 +48,18 @@ bool paintCheckBox(const QString& dir, Toggle toggle, Look look)
     return paintPicture(dir, name, 16, 16, [&](QPainter& p) {
         const QRectF box(1.25, 1.25, 13.5, 13.5);
         if (toggle == Toggle::Unchecked) {
-            const QColor edge = look == Look::Hover ? Palette::accent
-                : look == Look::Disable             ? Palette::border
-                                                    : Palette::borderStrong;
+            const QColor edge = look == Look::Hover ? palette().accent
+                : look == Look::Disable             ? palette().border
+                                                    : palette().borderStrong;
             p.setPen(QPen(edge, 1.5));
-            p.setBrush(look == Look::Disable ? Palette::surfaceDisabled : Palette::white);
+            p.setBrush(look == Look::Disable ? palette().surfaceDisabled : palette().surface);
             p.drawRoundedRect(box, 3, 3);
             return;
         }
         p.setPen(QPen(fillOf(look), 1.5));
         p.setBrush(fillOf(look));
         p.drawRoundedRect(box, 3, 3);
-        p.setPen(roundPen(Palette::white, 1.9));
+        p.setPen(roundPen(palette().onAccent, 1.9));
         p.setBrush(Qt::NoBrush);
         if (toggle == Toggle::Checked) {
             QPainterPath mark;
@@ -79,16 +79,16 @@ bool paintRadio(const QString& dir, bool checked, Look look)
     return paintPicture(dir, name, 16, 16, [&](QPainter& p) {
         const QPointF center(8.0, 8.0);
         if (!checked) {
-            const QColor edge = look == Look::Hover ? Palette::accent
-                : look == Look::Disable             ? Palette::border
-                                                    : Palette::borderStrong;
+            const QColor edge = look == Look::Hover ? palette().accent
+                : look == Look::Disable             ? palette().border
+                                                    : palette().borderStrong;
             p.setPen(QPen(edge, 1.5));
-            p.setBrush(look == Look::Disable ? Palette::surfaceDisabled : Palette::white);
+            p.setBrush(look == Look::Disable ? palette().surfaceDisabled : palette().surface);
             p.drawEllipse(center, 6.75, 6.75);
             return;
         }
         p.setPen(QPen(fillOf(look), 1.5));
-        p.setBrush(Palette::white);
+        p.setBrush(palette().surface);
         p.drawEllipse(center, 6.75, 6.75);
         p.setPen(Qt::NoPen);
         p.setBrush(fillOf(look));
@@ -112,7 +112,7 @@ bool paintChevron(const QString& dir, const QString& name, int width, int height
 bool paintMenuCheck(const QString& dir)
 {
     return paintPicture(dir, QStringLiteral("menu_check"), 16, 16, [](QPainter& p) {
-        p.setPen(roundPen(Palette::accent, 1.8));
+        p.setPen(roundPen(palette().accent, 1.8));
         QPainterPath mark;
         mark.moveTo(3.5, 8.3);
         mark.lineTo(6.5, 11.3);
@@ -154,21 +154,21 @@ bool paintIndicators(const QString& imageDir)
         ok = paintRadio(imageDir, true, look) && ok;
     }
     // Arrows 10 x 6 (down/up) and 6 x 10 (right), drawn inside their box.
-    ok = paintChevron(imageDir, QStringLiteral("arrow_down"), 10, 6, Palette::textSecondary, {1.5, 1.5}, {5.0, 4.8},
+    ok = paintChevron(imageDir, QStringLiteral("arrow_down"), 10, 6, palette().textSecondary, {1.5, 1.5}, {5.0, 4.8},
                       {8.5, 1.5})
         && ok;
-    ok = paintChevron(imageDir, QStringLiteral("arrow_down_disable"), 10, 6, Palette::textDisabled, {1.5, 1.5},
+    ok = paintChevron(imageDir, QStringLiteral("arrow_down_disable"), 10, 6, palette().textDisabled, {1.5, 1.5},
                       {5.0, 4.8}, {8.5, 1.5})
         && ok;
-    ok = paintChevron(imageDir, QStringLiteral("arrow_up"), 10, 6, Palette::textSecondary, {1.5, 4.5}, {5.0, 1.2},
+    ok = paintChevron(imageDir, QStringLiteral("arrow_up"), 10, 6, palette().textSecondary, {1.5, 4.5}, {5.0, 1.2},
                       {8.5, 4.5})
         && ok;
-    ok = paintChevron(imageDir, QStringLiteral("arrow_right"), 6, 10, Palette::textSecondary, {1.5, 1.5},
+    ok = paintChevron(imageDir, QStringLiteral("arrow_right"), 6, 10, palette().textSecondary, {1.5, 1.5},
                       {4.8, 5.0}, {1.5, 8.5})
         && ok;
     ok = paintMenuCheck(imageDir) && ok;
-    ok = paintCalendar(imageDir, QStringLiteral("calendar"), Palette::textSecondary) && ok;
-    ok = paintCalendar(imageDir, QStringLiteral("calendar_disable"), Palette::textDisabled) && ok;
+    ok = paintCalendar(imageDir, QStringLiteral("calendar"), palette().textSecondary) && ok;
+    ok = paintCalendar(imageDir, QStringLiteral("calendar_disable"), palette().textDisabled) && ok;
     return ok;
 }
 

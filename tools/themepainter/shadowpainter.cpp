@@ -1,5 +1,5 @@
 // The sheet's drop shadow: eight pieces that the sheet stretches into a
-// 22-pixel band around its white card (corners at band x band, edges along
+// 22-pixel band around its card (corners at band x band, edges along
 // the card's sides). Each piece is computed from one shadow model so that
 // neighbouring pieces meet without a seam.
 
@@ -66,8 +66,8 @@ bool paintPiece(const QString& dir, const QString& name, int width, int height,
         const double y = mapY((row + 0.5) / kFileScale);
         for (int column = 0; column < image.width(); ++column) {
             const double x = mapX((column + 0.5) / kFileScale);
-            const int alpha = qRound(255.0 * shadowAt(x, y, bottomSide));
-            line[column] = qRgba(0x10, 0x18, 0x28, alpha);
+            const int alpha = qRound(255.0 * qMin(1.0, palette().shadowStrength * shadowAt(x, y, bottomSide)));
+            line[column] = qRgba(palette().shadow.red(), palette().shadow.green(), palette().shadow.blue(), alpha);
         }
     }
     return saveImage(image, dir, name);

@@ -18,24 +18,41 @@ namespace ThemePainter {
 /** File pixels per shown pixel. */
 constexpr int kFileScale = 4;
 
-/** The theme's colours: one blue accent, neutral greys, red for destructive actions. */
-namespace Palette {
-const QColor accent(0x1A, 0x73, 0xE8);
-const QColor accentHover(0x17, 0x65, 0xCC);
-const QColor accentPressed(0x15, 0x57, 0xB0);
-const QColor accentLight(0xE8, 0xF0, 0xFE);
-const QColor accentLightPressed(0xD2, 0xE3, 0xFC);
-const QColor accentDisabled(0xA8, 0xC7, 0xFA);
-const QColor text(0x20, 0x21, 0x24);
-const QColor textSecondary(0x5F, 0x63, 0x68);
-const QColor textDisabled(0xBD, 0xC1, 0xC6);
-const QColor border(0xDA, 0xDC, 0xE0);
-const QColor borderStrong(0x80, 0x86, 0x8B);
-const QColor surfaceDisabled(0xF1, 0xF3, 0xF4);
-const QColor red(0xD9, 0x30, 0x25);
-const QColor amber(0xF2, 0x99, 0x00);
+/**
+ * The colours a theme's pictures are drawn in. One blue accent, neutral greys
+ * and red for destructive actions; the dark palette lightens the accent and
+ * the text and darkens the surfaces, so that every picture keeps its contrast.
+ */
+struct ThemePalette
+{
+    QColor accent;
+    QColor accentHover;
+    QColor accentPressed;
+    QColor accentLight; // tint behind a hovered icon
+    QColor accentLightPressed;
+    QColor text;
+    QColor textSecondary;
+    QColor textDisabled;
+    QColor border;
+    QColor borderStrong;
+    QColor surface; // what the pictures stand on: cards, fields
+    QColor surfaceDisabled;
+    QColor onAccent; // marks drawn over the accent, red or amber
+    QColor red;
+    QColor amber;
+    QColor shadow;
+    double shadowStrength; // multiplies the shadow's opacity
+
+    static ThemePalette light();
+    static ThemePalette dark();
+};
+
+/** The palette being drawn with; light unless main() chose another. */
+const ThemePalette& palette();
+void setPalette(const ThemePalette& palette);
+
+/** White that stays white in every palette: marks on fixed-colour bands. */
 const QColor white(0xFF, 0xFF, 0xFF);
-} // namespace Palette
 
 /** The four looks of an icon button, in the image registry's order. */
 enum class ButtonState { Normal, Hover, Click, Disable };

@@ -69,16 +69,9 @@ FileSystemTreeWidgetItem* addFolder(QTreeWidgetItem* parent, const QString& name
 
 QString treeStyle()
 {
-    return DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral(
-        "QTreeWidget { background-color: #FFFFFF; color: #202124; border: 1px solid #DADCE0;"
-        " outline: none; font-size: 12px; padding: 4px;"
-        " selection-background-color: transparent; selection-color: #174EA6; }"
-        // The tree paints its own rounded highlight; the items stay transparent over it.
-        "QTreeWidget::item { background: transparent; border: none; padding-left: 2px; }"
-        "QTreeWidget::item:selected { background: transparent; color: #174EA6; }"
-        "QTreeWidget::item:hover { background: transparent; }"
-        // Rows that cannot be checked are drawn from the disabled colours.
-        "QTreeWidget:disabled { color: #9AA0A6; }"));
+    // The theme dresses the tree (check boxes, highlight, colours); the page
+    // only frames it.
+    return DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral("OrvaTreeWidget { padding: 4px; }"));
 }
 
 QWidget* createPage()
@@ -93,8 +86,7 @@ QWidget* createPage()
     tree->setIconSize(QSize(px(16), px(16)));
     tree->setIndentation(px(18));
     tree->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
-    tree->setStyleSheet(treeStyle());
-    tree->setBackgroundColor(QColor(QStringLiteral("#D2E3FC")), QColor(QStringLiteral("#F1F3F4")));
+    tree->setStyleSheet(tree->styleSheet() + treeStyle());
     tree->setMinimumWidth(px(300));
 
     // Home first, although "Home" sorts after "Archive" and "Backups".

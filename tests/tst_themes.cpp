@@ -1,0 +1,543 @@
+// The shipped themes against what the toolkit asks of a theme: every style
+// sheet key, image key and component string, in the form the registries read;
+// text in the host's font; readable colours; a focus that can be seen.
+
+#include "testenvironment.h"
+#include "testmain.h"
+#include "warningcollector.h"
+
+#include <orvacat/orvacat.h>
+#include <themefiles.h>
+
+#include <QComboBox>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QVBoxLayout>
+
+namespace {
+
+QStringList words(const char* text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+// What the toolkit's widgets ask for. Icon buttons ask for all four states
+// of the first six images, the other widgets for the picture at rest.
+const QStringList styleKeys = words(
+    "apply_button cancel_button default_button red_button select_paging_button nonselect_paging_button icon_button "
+    "checkbox radio_button lineedit lineedit_label label menu combobox scrollbar info_message_box warning_message_box "
+    "confirm_message_box upgrading_message_box message_sheet_text message_sheet_informative_text message_sheet_other "
+    "message_sheet_processing paging_bar_border paging_bar_label paging_bar_rightmost_label table table_header "
+    "date_selector filter_search_button filter_bar_padding tree tree_item button_path button_path_change_folder_btn "
+    "button_path_arrow button_path_name_button");
+const QStringList imageKeys = words(
+    "bt_pagebar_backend bt_pagebar_nextend bt_pagebar_back bt_pagebar_next bt_pagebar_refresh bt_search_dropdown "
+    "folder bt_next app_img icon_information icon_warning icon_question bg_tutorial_l bg_tutorial_r bg_tutorial_t "
+    "bg_tutorial_b bg_tutorial_lt bg_tutorial_rt bg_tutorial_lb bg_tutorial_rb");
+const QStringList stringKeys = words(
+    "ok cancel wizard_client_upgrade first_page last_page prev_5_pages next_5_pages pagebar_refresh today "
+    "accessible_calendar accessible_calendar_prev_month accessible_calendar_next_month sunday monday tuesday "
+    "wednesday thursday friday saturday month_jan month_feb month_mar month_apr month_may month_jun month_jul "
+    "month_aug month_sep month_oct month_nov month_dec invalid_entry accessible_calendar_year accessible_button_path "
+    "accessible_button_path_more accessible_page accessible_current_page accessible_search accessible_search_options");
+// The file-type icons for hosts: one per type name of the file-type table, and "xxx".
+const QStringList fileTypes =
+    words("acc ai audio bkpi doc exe fla htm idn image iso code pdf ppt psd swf ttf txt video xls zip xxx");
+const char* const stateSuffixes[] = {"", "_hover", "_click", "_disable"};
+
+QString readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly | QIODevice::Text) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+QStringList catalogued(const QString& themeDir, const char* list)
+{
+    const QJsonObject json = QJsonDocument::fromJson(readFile(themeDir + "/images.json").toUtf8()).object();
+    return QVariant(json.value(QLatin1String(list)).toArray().toVariantList()).toStringList();
+}
+
+QImage fileOf(const QString& name)
+{
+    return QImage(ImageManager::getInstance()->getImageFullPath(name));
+}
+
+QString darkThemeDir()
+{
+    return QFileInfo(ThemeFiles::buildTreeThemeDir()).dir().filePath(QStringLiteral("dark"));
+}
+
+// Relative luminance and contrast ratio as the accessibility guidelines define them.
+double luminance(const QColor& colour)
+{
+    auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double la = luminance(a), lb = luminance(b);
+    return (qMax(la, lb) + 0.05) / (qMin(la, lb) + 0.05);
+}
+
+// The rules of every section of a theme's style files, read from the files:
+// each selector of a rule apart, with its declarations.
+struct StyleRule
+{
+    QString key;
+    QString selector;
+    QMap<QString, QString> declarations;
+};
+
+QList<StyleRule> styleRules(const QString& themeDir)
+{
+    QString text;
+    for (const QString& path : ThemeFiles::styleFiles(themeDir))
+        text += readFile(path) + QLatin1Char('\n');
+    text.remove(QRegularExpression(QStringLiteral("/\\*.*?\\*/"), QRegularExpression::DotMatchesEverythingOption));
+    static const QRegularExpression header(QStringLiteral("^==\\s*(\\S+)\\s*==$"), QRegularExpression::MultilineOption);
+    static const QRegularExpression rule(QStringLiteral("([^{}]+)\\{([^}]*)\\}"));
+    static const QRegularExpression declaration(QStringLiteral("([a-zA-Z-]+)\\s*:\\s*([^;]+);"));
+    QList<StyleRule> rules;
+    QList<QRegularExpressionMatch> headers;
+    for (auto it = header.globalMatch(text); it.hasNext();)
+        headers << it.next();
+    for (int i = 0; i < headers.size(); ++i) {
+        const int end = i + 1 < headers.size() ? headers.at(i + 1).capturedStart() : text.size();
+        const QString body = text.mid(headers.at(i).capturedEnd(), end - headers.at(i).capturedEnd());
+        for (auto r = rule.globalMatch(body); r.hasNext();) {
+            const QRegularExpressionMatch match = r.next();
+            QMap<QString, QString> declarations;
+            for (auto d = declaration.globalMatch(match.captured(2)); d.hasNext();) {
+                const QRegularExpressionMatch pair = d.next();
+                declarations.insert(pair.captured(1), pair.captured(2).trimmed());
+            }
+            for (const QString& selector : match.captured(1).split(QLatin1Char(',')))
+                rules << StyleRule{headers.at(i).captured(1), selector.simplified(), declarations};
+        }
+    }
+    return rules;
+}
+
+// Whether @p shown is @p file scaled by @p scale, give or take the rounding of each step.
+bool scaledFrom(QSize shown, QSize file, double scale)
+{
+    return qAbs(shown.width() - file.width() * scale) <= 1.5 && qAbs(shown.height() - file.height() * scale) <= 1.5;
+}
+
+} // namespace
+
+class TestThemes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void styleSheetsAreWellFormed_data() { themeRows(); }
+    void styleSheetsAreWellFormed();
+    void imagesAreCataloguedAndSized_data() { themeRows(); }
+    void imagesAreCataloguedAndSized();
+    void stringTablesDefineEveryKey();
+    void everyWidgetWearsItsSheetScaled();
+    void textIsInTheHostsFont();
+    void textContrastsWithItsBackground_data() { themeRows(); }
+    void textContrastsWithItsBackground();
+    void focusIsVisible_data() { themeRows(); }
+    void focusIsVisible();
+    void cleanup();
+    void cleanupTestCase();
+
+private:
+    static void themeRows();
+    // Runs the host's start-up on @p themeDir unless it is the one installed.
+    void useTheme(const QString& themeDir);
+
+    QString m_themeDir = TestEnvironment::themeDir();
+    QTemporaryDir m_userData;
+};
+
+void TestThemes::themeRows()
+{
+    QTest::addColumn<QString>("themeDir");
+    QTest::newRow("default") << TestEnvironment::themeDir();
+    QTest::newRow("dark") << darkThemeDir();
+}
+
+void TestThemes::useTheme(const QString& themeDir)
+{
+    if (themeDir == m_themeDir)
+        return;
+    WarningCollector overwrittenPaths;
+    ThemeFiles::install(themeDir, m_userData.path(), QStringLiteral("enu"));
+    m_themeDir = themeDir;
+}
+
+void TestThemes::initTestCase()
+{
+    for (const QString& dir : {m_themeDir, darkThemeDir()})
+        QVERIFY2(QFileInfo::exists(dir + QLatin1String("/images.json")), qPrintable(dir));
+    WarningCollector warnings;
+    TestEnvironment::installDefaultTheme();
+    QVERIFY2(warnings.count() == 0, qPrintable(warnings.messages().join(QLatin1Char('\n'))));
+}
+
+void TestThemes::cleanup()
+{
+    useTheme(TestEnvironment::themeDir());
+}
+
+void TestThemes::styleSheetsAreWellFormed()
+{
+    QFETCH(QString, themeDir);
+    useTheme(themeDir);
+    static const QRegularExpression header(QStringLiteral("^==.*==$"), QRegularExpression::MultilineOption);
+    static const QRegularExpression leftOver(QStringLiteral("==|//|IMG_LOC|/\\*|\\d[\\d.]{3,}px"));
+    static const QRegularExpression url(QStringLiteral("url\\(\\s*(TMPIMG_LOC/tmp_|IMG_LOC/)?([^)]*)\\.png\\s*\\)"));
+    int headers = 0;
+    for (const QString& path : ThemeFiles::styleFiles(m_themeDir)) {
+        const QString text = readFile(path);
+        headers += text.count(header);
+        // Pictures come from the image folder or are the written copies.
+        for (auto it = url.globalMatch(text); it.hasNext();) {
+            const QRegularExpressionMatch match = it.next();
+            ImageManager* images = ImageManager::getInstance();
+            const QString name = match.captured(2);
+            const bool copy = match.captured(1).startsWith(QLatin1String("TMP"));
+            QVERIFY2(!match.captured(1).isEmpty() && (!copy || catalogued(m_themeDir, "tmp_images").contains(name))
+                         && !QImage(copy ? images->getTempImageFullPath(name) : images->getImageFullPath(name)).isNull(),
+                     qPrintable(match.captured(0)));
+        }
+    }
+    QCOMPARE(headers, styleKeys.size()); // each key once, none the toolkit does not ask for
+
+    WarningCollector warnings;
+    for (const QString& name : styleKeys) {
+        const QString raw = getStyleSheet(QLatin1String("component.") + name, true);
+        const QString scaled = getStyleSheet(QLatin1String("component.") + name, false);
+        // A section that swallowed the next would hold a header or unbalanced braces.
+        QVERIFY2(!scaled.trimmed().isEmpty() && scaled.count(QLatin1Char('{')) == scaled.count(QLatin1Char('}')),
+                 qPrintable(name));
+        // No header, comment or placeholder left, and no length that the
+        // scaler would read again from its fourth character.
+        QVERIFY2(!raw.contains(leftOver), qPrintable(name + QLatin1String(": ") + leftOver.match(raw).captured()));
+    }
+    QCOMPARE(warnings.count(), 0);
+
+    // The combo box fills two declarations into its QComboBox rule; the line edit has an error look.
+    QVERIFY(getStyleSheet("component.combobox", false).contains(
+        QRegularExpression(QStringLiteral("^[^%]*QComboBox \\{[^}%]*%1[^}%]*%2[^}%]*\\}[^%]*$"))));
+    QVERIFY(getStyleSheet("component.lineedit", false).contains(QRegularExpression(
+        QStringLiteral("QLineEdit\\[error=\"true\"\\]\\s*\\{[^}]*border(-color)?:"))));
+}
+
+void TestThemes::imagesAreCataloguedAndSized()
+{
+    QFETCH(QString, themeDir);
+    useTheme(themeDir);
+    const QStringList images = catalogued(m_themeDir, "images");
+    const double scale = TestEnvironment::scaled(1000) / 4000.0; // shown at a quarter of the file's size
+    const double ratio = DPIinfo::getInstance()->getDPR();
+    WarningCollector warnings;
+    for (const QString& key : imageKeys) {
+        QVERIFY2(images.contains(key), qPrintable(key));
+        const QSize size = fileOf(key).size();
+        for (int state = 0; state < (imageKeys.indexOf(key) < 6 ? 4 : 1); ++state) {
+            const QPixmap pixmap = getGlobalImage(key, ImageManager::ImageType(state));
+            // An icon button's pictures share one size, or it would jump between states.
+            QCOMPARE(fileOf(key + QLatin1String(stateSuffixes[state])).size(), size);
+            QVERIFY2(scaledFrom(pixmap.size(), size, scale * ratio), qPrintable(key));
+            QCOMPARE(pixmap.devicePixelRatio(), ratio);
+        }
+    }
+    QCOMPARE(warnings.count(), 0);
+    for (const QString& name : catalogued(m_themeDir, "tmp_images")) {
+        const QImage copy(ImageManager::getInstance()->getTempImageFullPath(name));
+        QVERIFY2(scaledFrom(copy.size(), fileOf(name).size(), scale), qPrintable(name));
+    }
+    for (const QString& type : fileTypes) {
+        for (const char* variant : {"", "_removed"}) {
+            const QImage icon(m_themeDir + QLatin1String("/filetypes/") + type + QLatin1String(variant) + ".png");
+            QVERIFY2(icon.size() == QSize(4 * 32, 4 * 32) && icon.hasAlphaChannel(), qPrintable(type + variant));
+        }
+    }
+}
+
+void TestThemes::stringTablesDefineEveryKey()
+{
+    const QStringList languages = ThemeFiles::languages(m_themeDir);
+    QVERIFY(languages.contains(QStringLiteral("enu")) && languages.contains(QStringLiteral("deu")));
+    for (const QString& language : languages) {
+        QStringList errors;
+        const auto table = ThemeFiles::readStringTable(ThemeFiles::stringTablePath(m_themeDir, language), &errors);
+        QVERIFY2(errors.isEmpty(), qPrintable(errors.join(QLatin1Char('\n'))));
+        QCOMPARE(table.size(), stringKeys.size()); // with the lookups below: no key the toolkit does not ask for
+        ComponentStrings::getInstance()->installStrings(table);
+        WarningCollector warnings;
+        for (const QString& key : stringKeys) {
+            const QString text = ComponentStrings::getInstance()->getString(key);
+            QVERIFY2(!text.trimmed().isEmpty(), qPrintable(language + QLatin1Char(' ') + key));
+            // The calendar abbreviates month names to three letters itself.
+            QVERIFY2(!key.startsWith(QLatin1String("month_")) || text.size() >= 3, qPrintable(key));
+        }
+        QVERIFY2(warnings.count() == 0, qPrintable(warnings.messages().join(QLatin1Char('\n'))));
+    }
+}
+
+void TestThemes::everyWidgetWearsItsSheetScaled()
+{
+    // One of each widget, shown: some dress their children when shown or sized.
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    for (int role = 0; role < 6; ++role)
+        layout->addWidget(new OrvaButton(QStringLiteral("b"), role));
+    layout->addWidget(new OrvaIconButton(QStringLiteral("bt_pagebar_next")));
+    layout->addWidget(new OrvaCheckBox(QStringLiteral("c")));
+    layout->addWidget(new OrvaRadioButton(QStringLiteral("r")));
+    layout->addWidget(new OrvaLineEdit);
+    layout->addWidget(new OrvaLabel(QStringLiteral("l")));
+    auto* model = new OrvaPagingModel(10, &window);
+    auto* paging = new OrvaPagingBar(model);
+    paging->setFooterInfos({{QStringLiteral("a"), 40}, {QStringLiteral("b"), 40}});
+    layout->addWidget(paging);
+    auto* bare = new OrvaPagingBar(model);
+    bare->setRefreshButtonHidden(true);
+    bare->setFooterText(QStringLiteral("a"));
+    layout->addWidget(bare);
+    layout->addWidget(new OrvaCalanderView);
+    layout->addWidget(new OrvaDateSelector(QStringLiteral("d")));
+    OrvaTableColumnsInfo columns;
+    columns.addColumn(QStringLiteral("n"), 50, true, 1.0);
+    layout->addWidget(new OrvaTableWidget(columns));
+    layout->addWidget(new OrvaTreeWidget);
+    auto* path = new OrvaButtonPath;
+    layout->addWidget(path);
+    layout->addWidget(new OrvaFilterBar);
+    layout->addWidget(new OrvaComboBox);
+    layout->addWidget(new BrowserWindow);
+    for (int type = 0; type < 6; ++type)
+        new OrvaMessageSheet(OrvaMessageSheet::MessageType(type), QStringLiteral("t"), QStringLiteral("i"), &window);
+    // The informative line takes its own sheet when the message is made anew.
+    (new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, QStringLiteral("t"), QStringLiteral("i"), &window))
+        ->setMessageType(OrvaMessageSheet::WarningMessage);
+    new OrvaMessageSheet(QStringLiteral("busy"), QString(), &window);
+    new OrvaInputSheet(QStringLiteral("p"), &window);
+    OrvaCountdownMessageBox countdown(5, &window);
+    window.show();
+    path->refresh(QStringLiteral("/home/user/a/b"));
+    for (QWidget* sheet : window.findChildren<OrvaSheet*>())
+        sheet->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    QStringList worn{countdown.styleSheet()};
+    const QWidgetList widgets = window.findChildren<QWidget*>() + countdown.findChildren<QWidget*>();
+    for (QWidget* widget : widgets)
+        worn << widget->styleSheet();
+    const QString all = worn.join(QLatin1Char('\n'));
+    // The message boxes' keys are worn by the helpers' parentless face only,
+    // the tree's by its rename editor.
+    for (const QString& name : styleKeys) {
+        if ((name.endsWith(QLatin1String("_message_box")) && name != QLatin1String("info_message_box"))
+            || name == QLatin1String("tree_item"))
+            continue;
+        const QString key = QLatin1String("component.") + name;
+        const QString scaled = getStyleSheet(key, false).section(QLatin1Char('%'), 0, 0).trimmed();
+        QVERIFY2(all.contains(scaled), qPrintable(name));
+        const QString raw = getStyleSheet(key, true);
+        QVERIFY2(raw == getStyleSheet(key, false) || !worn.contains(raw), qPrintable(name + QLatin1String(" unscaled")));
+    }
+    for (QWidget* sheet : window.findChildren<OrvaSheet*>())
+        sheet->hide();
+}
+
+void TestThemes::textIsInTheHostsFont()
+{
+    // The host's own text, and the toolkit's beside it in the same window.
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* native = new QLabel(QStringLiteral("host"));
+    layout->addWidget(native);
+    QList<QWidget*> shown;
+    for (int role = 0; role < 6; ++role)
+        shown << new OrvaButton(QStringLiteral("b"), role);
+    auto* field = new OrvaLineEdit;
+    field->getPreLabel()->setText(QStringLiteral("Name"));
+    auto* paging = new OrvaPagingBar(new OrvaPagingModel(10, &window));
+    paging->setFooterText(QStringLiteral("10 items"));
+    OrvaTableColumnsInfo columns;
+    columns.addColumn(QStringLiteral("n"), 50, true, 1.0);
+    shown << new OrvaLabel(QStringLiteral("l")) << new OrvaCheckBox(QStringLiteral("c"))
+          << new OrvaRadioButton(QStringLiteral("r")) << field << new OrvaComboBox
+          << new OrvaDateSelector(QStringLiteral("d")) << paging << new OrvaTableWidget(columns);
+    for (QWidget* widget : shown)
+        layout->addWidget(widget);
+    // A size the theme sets on purpose is written for 72 dpi, so that it is
+    // the native size of that many points on every screen.
+    static const QRegularExpression fontSize(QStringLiteral("QLabel\\s*\\{[^}]*font-size:\\s*(\\d+)px"));
+    QList<QPair<QLabel*, QLabel*>> chosen; // the theme's label, a native one of the size written
+    for (const QString& name : styleKeys) {
+        const QString key = QLatin1String("component.") + name;
+        const QRegularExpressionMatch size = fontSize.match(getStyleSheet(key, true));
+        if (!size.hasMatch())
+            continue;
+        auto* themed = new QLabel(name);
+        themed->setStyleSheet(getStyleSheet(key, false));
+        auto* reference = new QLabel(name);
+        QFont font = reference->font();
+        font.setPointSize(size.captured(1).toInt());
+        reference->setFont(font);
+        layout->addWidget(themed);
+        layout->addWidget(reference);
+        chosen << qMakePair(themed, reference);
+    }
+    QVERIFY(!chosen.isEmpty()); // the sheet's heading is larger than its text
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    const QFontInfo host(native->font());
+    for (QWidget* widget : shown) {
+        QList<QWidget*> texts = widget->findChildren<QWidget*>();
+        texts.prepend(widget);
+        for (QWidget* text : texts) {
+            if (!qobject_cast<QLabel*>(text) && !qobject_cast<QAbstractButton*>(text)
+                && !qobject_cast<QLineEdit*>(text) && !qobject_cast<QComboBox*>(text)
+                && !qobject_cast<QAbstractItemView*>(text))
+                continue;
+            const QFontInfo shownFont(text->font());
+            const QString what = QLatin1String(widget->metaObject()->className()) + QLatin1Char('/')
+                + QLatin1String(text->metaObject()->className());
+            QVERIFY2(shownFont.pixelSize() == host.pixelSize(),
+                     qPrintable(what + QStringLiteral(": %1 px, host %2 px").arg(shownFont.pixelSize()).arg(host.pixelSize())));
+            QVERIFY2(shownFont.family() == host.family(), qPrintable(what + QLatin1String(": ") + shownFont.family()));
+        }
+    }
+    for (const auto& pair : chosen)
+        QCOMPARE(QFontInfo(pair.first->font()).pixelSize(), QFontInfo(pair.second->font()).pixelSize());
+}
+
+void TestThemes::textContrastsWithItsBackground()
+{
+    QFETCH(QString, themeDir);
+    const QList<StyleRule> rules = styleRules(themeDir);
+    // Text without a background of its own stands on the sheet's card, the
+    // surface every themed control is shown on.
+    QColor card;
+    for (const StyleRule& rule : rules)
+        card = rule.declarations.value(QStringLiteral("qproperty-cardColor"), card.name());
+    QVERIFY(card.isValid());
+
+    static const QRegularExpression state(QStringLiteral("(?<!:):[a-z-]+"));
+    static const QRegularExpression subControl(QStringLiteral("::[a-z-]+"));
+    // Text, its background, and whether the text can stand on the card.
+    const struct
+    {
+        QLatin1String text, background;
+        bool onCard;
+    } pairs[] = {{QLatin1String("color"), QLatin1String("background-color"), true},
+                 {QLatin1String("color"), QLatin1String("alternate-background-color"), false},
+                 {QLatin1String("selection-color"), QLatin1String("selection-background-color"), false},
+                 {QLatin1String("color"), QLatin1String("qproperty-themeSelectedColor"), false},
+                 {QLatin1String("color"), QLatin1String("qproperty-themeHoverColor"), false}};
+    QStringList failures;
+    int checked = 0;
+    for (const StyleRule& rule : rules) {
+        // Disabled controls are exempt; a rule that names no colour repeats its base's pairs.
+        if (rule.selector.contains(QLatin1String(":disabled")))
+            continue;
+        // What a state or part shows: the part's rule, then the state's.
+        QMap<QString, QString> shown;
+        const QString part = QString(rule.selector).remove(state);
+        for (const QString& base : {QString(part).remove(subControl), part, rule.selector}) {
+            for (const StyleRule& other : rules) {
+                if (other.key == rule.key && other.selector == base)
+                    shown.insert(other.declarations);
+            }
+        }
+        for (const auto& pair : pairs) {
+            if (!shown.contains(pair.text) || (!pair.onCard && !shown.contains(pair.background))
+                || !(rule.declarations.contains(pair.text) || rule.declarations.contains(pair.background)))
+                continue;
+            const QColor text(shown.value(pair.text));
+            QColor background(shown.value(pair.background));
+            if (!background.isValid() || background.alpha() == 0)
+                background = card;
+            ++checked;
+            // No text of the themes is large (18 points, or 14 bold): 4.5:1 throughout.
+            if (!text.isValid() || contrast(text, background) < 4.5)
+                failures << QStringLiteral("%1 %2: %3 on %4, %5:1")
+                                .arg(rule.key, rule.selector, text.name(), background.name())
+                                .arg(contrast(text, background), 0, 'f', 2);
+        }
+    }
+    QVERIFY(checked > 40);
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
+}
+
+void TestThemes::focusIsVisible()
+{
+    QFETCH(QString, themeDir);
+    useTheme(themeDir);
+    // Every control that takes focus, in each look; the breadcrumb's buttons
+    // as the bar dresses them.
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* elsewhere = new QLineEdit; // holds the focus while a control is grabbed at rest
+    layout->addWidget(elsewhere);
+    QList<QWidget*> controls;
+    for (int role = 0; role < 6; ++role)
+        controls << new OrvaButton(QStringLiteral("Button"), role);
+    auto* field = new OrvaLineEdit;
+    auto* wrong = new OrvaLineEdit;
+    wrong->setError(true);
+    auto* folder = new QToolButton;
+    folder->setIcon(QIcon(getGlobalImage("folder", ImageManager::Normal)));
+    folder->setStyleSheet(getStyleSheet("component.button_path_change_folder_btn", false));
+    auto* crumb = new QPushButton(QStringLiteral("home"));
+    crumb->setStyleSheet(getStyleSheet("component.button_path_name_button", false));
+    auto* combo = new OrvaComboBox;
+    combo->addItems({QStringLiteral("one"), QStringLiteral("two")});
+    controls << new OrvaIconButton(QStringLiteral("bt_pagebar_next")) << new OrvaIconButton(QStringLiteral("bt_search_dropdown"))
+             << new OrvaCheckBox(QStringLiteral("Check box")) << new OrvaRadioButton(QStringLiteral("Radio button"))
+             << field->getLineEdit() << wrong->getLineEdit() << combo << new OrvaDateSelector(QStringLiteral("d"))
+             << folder << crumb;
+    for (QWidget* control : controls) {
+        control->setFocusPolicy(Qt::StrongFocus);
+        layout->addWidget(control == field->getLineEdit() ? field : control == wrong->getLineEdit() ? wrong : control);
+    }
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    for (QWidget* control : controls) {
+        const QString name = QLatin1String(control->metaObject()->className()) + QLatin1Char(' ')
+            + QString::number(controls.indexOf(control));
+        elsewhere->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(elsewhere->hasFocus());
+        const QImage rest = control->grab().toImage();
+        control->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY2(control->hasFocus(), qPrintable(name));
+        const QImage focused = control->grab().toImage();
+        QCOMPARE(focused.size(), rest.size());
+        // The pixels that change by 3:1 or more must cover at least a
+        // one-pixel ring around the control.
+        int changed = 0;
+        for (int y = 0; y < rest.height(); ++y) {
+            for (int x = 0; x < rest.width(); ++x)
+                changed += contrast(rest.pixelColor(x, y), focused.pixelColor(x, y)) >= 3.0;
+        }
+        const qreal ratio = rest.devicePixelRatio();
+        const int ring = qRound(2 * (control->width() + control->height()) * ratio * ratio);
+        QVERIFY2(changed >= ring, qPrintable(name + QStringLiteral(": %1 pixels change by 3:1, a ring is %2").arg(changed).arg(ring)));
+    }
+}
+
+void TestThemes::cleanupTestCase()
+{
+    QVERIFY(TestEnvironment::visibleTopLevels().isEmpty());
+}
+
+ORVACAT_TEST_MAIN(TestThemes)
+#include "tst_themes.moc"
