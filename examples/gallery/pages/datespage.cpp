@@ -107,7 +107,8 @@ QWidget* calendarSection()
     auto* side = new QVBoxLayout;
     side->addWidget(echo);
     side->addWidget(note(QStringLiteral("A double click reports the day more than once: once for the click, once "
-                                        "for the activation. Tab walks the arrows, month, year, days and Today.")));
+                                        "for the activation. Tab walks the days (the arrow keys move the day), "
+                                        "the arrows, month, year and Today, then leaves the calendar.")));
     side->addStretch(1);
     row->addLayout(side, 1);
     layout->addLayout(row);
