@@ -6,6 +6,7 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QAccessible>
 #include <QCompleter>
 #include <QMenu>
 #include <QStyledItemDelegate>
@@ -52,6 +53,20 @@ void TestFilterBar::typedKeywordIsReportedOnReturn()
     QTest::keyClick(&bar, Qt::Key_Delete);
     QTest::keyClick(&bar, Qt::Key_Return);
     QCOMPARE(QList<QVariantList>(keyword), (QList<QVariantList>{{"report"}, {"report"}, {QString()}}));
+
+    // A screen reader, which sees no magnifying glass, hears both named.
+    QCOMPARE(QAccessible::queryAccessibleInterface(&bar)->text(QAccessible::Name), QStringLiteral("Search"));
+    QCOMPARE(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name), QStringLiteral("Search options"));
+
+    // Right to left, the button moves to the right end and the text starts left of it.
+    bar.setText(QString::fromUtf8("\u05d3\u05d5\u05d7"));
+    bar.setLayoutDirection(Qt::RightToLeft);
+    QCOMPARE(button->geometry(), QRect(bar.width() - TestEnvironment::scaled(4) - TestEnvironment::scaled(34),
+                                       TestEnvironment::scaled(2), TestEnvironment::scaled(34), TestEnvironment::scaled(24)));
+    bar.resize(bar.width() + 50, bar.height());
+    QCOMPARE(button->geometry().right(), bar.width() - 1 - TestEnvironment::scaled(4));
+    bar.setCursorPosition(0);
+    QVERIFY(bar.inputMethodQuery(Qt::ImCursorRectangle).toRect().right() <= button->geometry().left() + 2);
 }
 
 void TestFilterBar::downOpensTheMenuAndNeverMovesTheCursor()

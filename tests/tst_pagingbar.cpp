@@ -5,9 +5,11 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPointer>
+#include <QScopeGuard>
 
 using TestEnvironment::scaled;
 
@@ -45,6 +47,28 @@ struct Bar
         }
         return QString("%1%2 %3 %4%5").arg(live(First)).arg(live(Back)).arg(pages.join('|'))
             .arg(live(Next)).arg(live(Last));
+    }
+
+    /** An arrow by its name, wherever the layout direction puts it. */
+    QWidget* arrowNamed(const QString& name) const
+    {
+        for (OrvaIconButton* button : bar->findChildren<OrvaIconButton*>())
+            if (button->accessibleName() == name)
+                return button;
+        return nullptr;
+    }
+
+    /** The row as a screen reader reads it: names, "-" for disabled, "*" for checked, blanks unheard. */
+    QString heard() const
+    {
+        QStringList words;
+        for (QAbstractButton* button : TestEnvironment::leftToRight<QAbstractButton>(bar)) {
+            QAccessibleInterface* access = QAccessible::queryAccessibleInterface(button);
+            const QAccessible::State state = access->state();
+            if (!state.invisible)
+                words << (state.disabled ? "-" : "") + access->text(QAccessible::Name) + (state.checked ? "*" : "");
+        }
+        return words.join('|');
     }
 
     /** The footer labels shown, left to right (placed when the layout runs). */
@@ -190,6 +214,89 @@ private Q_SLOTS:
         f.bar->reset();
         QCOMPARE(changed.count(), 5);
         QCOMPARE(f.shown(), QStringLiteral("-- ( )|( )|*1|2|3 ++"));
+    }
+
+    void focusAndNamesFollowThePage()
+    {
+        Bar f;
+        QVERIFY(QTest::qWaitForWindowActive(f.bar));
+        QSignalSpy changed(f.bar, &OrvaPagingBar::sigPageChanged);
+        QSignalSpy refreshed(f.bar, &OrvaPagingBar::sigRefresh);
+        QVERIFY(changed.isValid() && refreshed.isValid());
+        const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, int times = 1) {
+            for (int i = 0; i < times; ++i)
+                QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        };
+        const auto focused = []() {
+            return QAccessible::queryAccessibleInterface(QApplication::focusWidget())->text(QAccessible::Name);
+        };
+        f.bar->setItemCount(1000);
+        QCOMPARE(f.heard(), QStringLiteral("-First page|-Previous 5 pages|Page 1*|Page 2|Page 3|Next 5 pages|Last page|Refresh"));
+        QAccessibleInterface* current = QAccessible::queryAccessibleInterface(f.pageButtons().at(2));
+        QVERIFY(current->role() == QAccessible::PushButton && current->state().checkable);
+
+        // Page 3, two Tabs along, pressed: the focus stays on the page it chose, now in the middle.
+        f.pageButtons().at(2)->setFocus(Qt::TabFocusReason);
+        press(Qt::Key_Tab, Qt::NoModifier, 2);
+        QCOMPARE(focused(), QStringLiteral("Page 3"));
+        press(Qt::Key_Space);
+        QCOMPARE(QApplication::focusWidget(), f.pageButtons().at(2));
+        QCOMPARE(f.heard(), QStringLiteral("First page|Previous 5 pages|Page 1|Page 2|Page 3*|Page 4|Page 5|Next 5 pages|Last page|Refresh"));
+
+        // Forward five at a time: the arrow keeps the focus while it stays live; on the last
+        // page it hands it to that page, not to refresh, so the next Space reloads nothing.
+        press(Qt::Key_Tab, Qt::NoModifier, 3);
+        QCOMPARE(focused(), QStringLiteral("Next 5 pages"));
+        press(Qt::Key_Space, Qt::NoModifier, 3);
+        QCOMPARE(QPoint(f.model.nowPage(), QApplication::focusWidget() == f.arrowNamed("Next 5 pages")), QPoint(18, 1));
+        press(Qt::Key_Space);
+        QCOMPARE(f.model.nowPage(), 20);
+        QCOMPARE(focused(), QStringLiteral("Page 20"));
+        press(Qt::Key_Space);
+        QCOMPARE(QPoint(changed.count(), refreshed.count()), QPoint(6, 0));
+
+        // Back to the first page from the first-page arrow: the focus lands on page 1.
+        press(Qt::Key_Backtab, Qt::NoModifier, 4);
+        QCOMPARE(focused(), QStringLiteral("First page"));
+        press(Qt::Key_Space);
+        QCOMPARE(focused(), QStringLiteral("Page 1"));
+
+        // A screen reader presses a page through the accessible action, as a click would.
+        QAccessible::queryAccessibleInterface(f.pageButtons().at(4))->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+        QCOMPARE(QPoint(f.model.nowPage(), changed.count()), QPoint(3, 8));
+    }
+
+    void arrowsPointTheReadingWay()
+    {
+        auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+        const QStringList names{"First page", "Previous 5 pages", "Next 5 pages", "Last page"};
+        // On page 1 of 20: first and back disabled, next and last live.
+        const auto pictures = [&names](Bar& f) {
+            f.bar->setItemCount(1000);
+            QList<QImage> shown;
+            for (const QString& name : names) {
+                auto* arrow = static_cast<QToolButton*>(f.arrowNamed(name));
+                shown << arrow->icon().pixmap(arrow->iconSize()).toImage();
+            }
+            return shown;
+        };
+        Bar f;
+        const QList<QImage> leftToRight = pictures(f);
+        QList<QImage> turned;
+        for (const QImage& picture : leftToRight)
+            turned << picture.mirrored(true, false);
+        QVERIFY(turned != leftToRight);
+
+        // Right to left, first stands at the right end and every arrow, live or not, is turned
+        // round: in a bar that was there already and in one made afterwards.
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        QTRY_VERIFY(f.arrowNamed(names.first())->x() > f.arrowNamed(names.last())->x());
+        QVERIFY(pictures(f) == turned);
+        Bar made;
+        QVERIFY(pictures(made) == turned);
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        QVERIFY(pictures(f) == leftToRight);
     }
 
     void footerLabelsAreReused()

@@ -7,8 +7,11 @@
 #include <orvacat/dpiinfo.h>
 #include <orvacat/orvatablewidget.h>
 
+#include <QAccessible>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QScrollBar>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -67,6 +70,7 @@ private Q_SLOTS:
     void ratioColumnsShareTheFreeWidth_data();
     void ratioColumnsShareTheFreeWidth();
     void scrollBarsFollowTheRows();
+    void oneTabStopNamedColumns();
 };
 
 void TestTableWidget::headerShowsTheColumnsAndTakesDrags()
@@ -154,6 +158,42 @@ void TestTableWidget::scrollBarsFollowTheRows()
     body->horizontalScrollBar()->setValue(body->horizontalScrollBar()->maximum());
     QCOMPARE(table.getHeader()->mapTo(&table, QPoint(table.getHeader()->sectionPosition(3), 0)).x(),
              body->viewport()->mapTo(&table, QPoint(body->columnViewportPosition(3), 0)).x());
+}
+
+void TestTableWidget::oneTabStopNamedColumns()
+{
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* before = new QLineEdit;
+    auto* table = new OrvaTableWidget(fileColumns());
+    auto* after = new QLineEdit;
+    for (QWidget* w : QWidgetList{before, table, after})
+        layout->addWidget(w);
+    QTableWidget* body = table->getTable();
+    body->setRowCount(300);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    // A screen reader reads the columns by their captions, not by their numbers.
+    QAccessibleTableInterface* access = QAccessible::queryAccessibleInterface(body)->tableInterface();
+    QStringList captions;
+    for (int i = 0; i < access->columnCount(); ++i)
+        captions << access->columnDescription(i);
+    QCOMPARE(captions, (QStringList{"Name", "Size", "Kind", "Date"}));
+
+    // Tab enters the table once; the arrows move inside; Tab and Shift+Tab leave it.
+    const auto press = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        return QApplication::focusWidget();
+    };
+    before->setFocus();
+    QCOMPARE(press(Qt::Key_Tab), body);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    QCOMPARE(QPoint(body->currentRow(), body->currentColumn()), QPoint(1, 1));
+    QCOMPARE(press(Qt::Key_Tab), after);
+    QCOMPARE(press(Qt::Key_Backtab), body);
+    QCOMPARE(press(Qt::Key_Backtab), before);
 }
 
 ORVACAT_TEST_MAIN(TestTableWidget)

@@ -7,8 +7,10 @@
 #include <orvacat/globals.h>
 #include <orvacat/orvatreewidget.h>
 
+#include <QAccessible>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QScrollBar>
 
 
@@ -35,6 +37,7 @@ bool showWithFolders(OrvaTreeWidget& tree, const QStringList& names)
     tree.resize(300, 200);
     tree.show();
     QCursor::setPos(tree.mapToGlobal(QPoint(400, 300)));
+    tree.activateWindow(); // no window manager does it under a bare X server
     return QTest::qWaitForWindowActive(&tree);
 }
 
@@ -55,6 +58,22 @@ QStringList rowLooks(OrvaTreeWidget& tree)
                 + (red ? " red" : "") + (dark ? " dark" : "");
     }
     return looks;
+}
+
+/** What a screen reader is told of check boxes: the row's name and its new state. */
+QStringList& checkNews()
+{
+    static QStringList news;
+    return news;
+}
+
+void recordCheckNews(QAccessibleEvent* event)
+{
+    if (event->type() != QAccessible::StateChanged
+        || !static_cast<QAccessibleStateChangeEvent*>(event)->changedStates().checked)
+        return;
+    QAccessibleInterface* row = event->accessibleInterface();
+    checkNews() << row->text(QAccessible::Name) + (row->state().checked ? " checked" : " unchecked");
 }
 
 } // namespace
@@ -96,7 +115,8 @@ void TestTreeWidget::sortingPutsHomeFirst()
 void TestTreeWidget::rowsShowSelectionHoverAndCheckability()
 {
     OrvaTreeWidget tree;
-    // No selection colour of the style's own, disabled text in red, no focus frame.
+    // No selection colour of the style's own, disabled text in red, no focus frame, no theme sheet over them.
+    tree.setStyleSheet(QString());
     QPalette palette = tree.palette();
     palette.setColor(QPalette::Highlight, Qt::transparent);
     palette.setColor(QPalette::HighlightedText, Qt::black);
@@ -214,8 +234,19 @@ void TestTreeWidget::delegateRowsCheckBoxesAndRenaming()
     g_check_rect = QRect();
     tree.viewport()->grab();
     QVERIFY(tree.visualItemRect(item).contains(g_check_rect));
+    // Ticked with the mouse, then cleared with Space: a screen reader hears each (checked at the end).
+    const QAccessible::UpdateHandler earlier = QAccessible::installUpdateHandler(&recordCheckNews);
+    auto restore = qScopeGuard([earlier] { QAccessible::installUpdateHandler(earlier); });
+    checkNews().clear();
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, g_check_rect.center());
     QCOMPARE(item->checkState(0), Qt::Checked);
+    tree.setCurrentItem(item); // a click on its check box leaves the current row as it was
+    QTest::keyClick(&tree, Qt::Key_Space);
+    QCOMPARE(item->checkState(0), Qt::Unchecked);
+    const QStringList heard = checkNews();
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&tree);
+    QCOMPARE(access->role(), QAccessible::Tree);
+    QVERIFY(access->child(1)->text(QAccessible::Name) == "Plain" && !access->child(1)->state().checkable);
 
     // Renaming: typing replaces the old name. A leading dot is refused,
     // later dots are not, the other forbidden characters never are.
@@ -233,6 +264,10 @@ void TestTreeWidget::delegateRowsCheckBoxesAndRenaming()
     QCOMPARE(escapes, QList<QEvent::Type>{QEvent::KeyPress});
     QTRY_VERIFY(!editor || !editor->isVisible());
     QCOMPARE(item->text(0), QStringLiteral("Old name"));
+
+    if (!QAccessible::isActive())
+        QSKIP("Qt sends accessibility events only while assistive technology listens: the AT-SPI run checks them");
+    QCOMPARE(heard, (QStringList{"Old name checked", "Old name unchecked"}));
 }
 
 ORVACAT_TEST_MAIN(TestTreeWidget)

@@ -13,10 +13,15 @@
 #include <QString>
 
 class OrvaIconButton;
+class QEvent;
 class QMenu;
+class QResizeEvent;
 
 /**
- * A search field with a search button inside its left end. The keyword
+ * A search field with a search button inside its left end (its right end
+ * under a right-to-left layout), named "Search" and "Search options" for
+ * assistive technology (component strings "accessible_search" and
+ * "accessible_search_options"). The keyword
  * goes out through sigKeywordChanged() when the user presses Return, not
  * while typing. The Down key opens the button's menu of search options, if
  * it has one, and is never passed to the field.
@@ -43,8 +48,14 @@ Q_SIGNALS:
 protected:
     /** Takes Down to open the search button's menu, if any; other keys go to the field. */
     void keyPressEvent(QKeyEvent* event) override;
+    /** Keeps the search button at the end where the text starts. */
+    void resizeEvent(QResizeEvent* event) override;
+    /** Moves the search button to the other end when the layout direction changes. */
+    void changeEvent(QEvent* event) override;
 
 private:
+    ORVACAT_NO_EXPORT void placeSearchButton();
+
     OrvaIconButton* m_searchButton = nullptr;
 };
 

@@ -20,6 +20,7 @@
 
 class OrvaButton;
 class OrvaIconButton;
+class QEvent;
 class QHBoxLayout;
 class QLabel;
 class QSignalMapper;
@@ -141,9 +142,16 @@ Q_SIGNALS:
     /** The refresh button was clicked; the host reloads the current page. */
     void sigRefresh();
 
+protected:
+    /** Turns the arrows round when the layout direction changes. */
+    void changeEvent(QEvent* event) override;
+
 private:
     ORVACAT_NO_EXPORT OrvaPagingModel* model();
     int pageCount();
+    ORVACAT_NO_EXPORT QString pageName(qint64 page) const;
+    ORVACAT_NO_EXPORT void keepFocus(const bool live[], bool atStart, bool atEnd);
+    ORVACAT_NO_EXPORT void showArrows();
 
     QPointer<OrvaPagingModel> m_model;
     OrvaPagingModel* m_fallbackModel = nullptr;
@@ -157,6 +165,8 @@ private:
     QHBoxLayout* m_mainLayout = nullptr;
     QHBoxLayout* m_footerLayout = nullptr;
     QList<QLabel*> m_footerLabels;
+    QString m_pageName;
+    QString m_currentPageDescription;
 };
 
 #endif // ORVACAT_ORVAPAGINGBAR_H

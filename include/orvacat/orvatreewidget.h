@@ -22,7 +22,8 @@ class QMouseEvent;
 /**
  * A tree for folders. It paints a rounded highlight behind the selected row,
  * and behind the row under the mouse pointer, in the colours given to
- * setBackgroundColor (nothing is painted before that). Rows whose item is not
+ * setBackgroundColor, or else in the theme's (nothing is painted while
+ * neither gives one). Rows whose item is not
  * user-checkable are drawn in the disabled look, although they stay enabled
  * and selectable. Key presses and right clicks are reported before the tree
  * handles them.
@@ -34,13 +35,29 @@ class QMouseEvent;
 class ORVACAT_EXPORT OrvaTreeWidget : public QTreeWidget
 {
     Q_OBJECT
+    /** The theme's selected-row highlight, used until the host calls setBackgroundColor(). */
+    Q_PROPERTY(QColor themeSelectedColor READ themeSelectedColor WRITE setThemeSelectedColor)
+    /** The theme's hovered-row highlight, used until the host calls setBackgroundColor(). */
+    Q_PROPERTY(QColor themeHoverColor READ themeHoverColor WRITE setThemeHoverColor)
 
 public:
-    /** An empty tree without highlight colours; call setBackgroundColor() for the highlight. */
+    /**
+     * An empty tree in the theme's look ("component.tree"): its check boxes,
+     * and highlight colours until the host gives its own.
+     */
     explicit OrvaTreeWidget(QWidget* parent = nullptr);
 
-    /** The highlight colours of the selected row and of the hovered row. */
+    /** The highlight colours of the selected row and of the hovered row; they win over the theme's. */
     void setBackgroundColor(QColor selected, QColor hover);
+
+    /** The theme's selected-row colour (invalid when the theme sets none). */
+    QColor themeSelectedColor() const;
+    /** Sets the theme's selected-row colour; a style sheet does it with qproperty-themeSelectedColor. */
+    void setThemeSelectedColor(const QColor& color);
+    /** The theme's hovered-row colour (invalid when the theme sets none). */
+    QColor themeHoverColor() const;
+    /** Sets the theme's hovered-row colour; a style sheet does it with qproperty-themeHoverColor. */
+    void setThemeHoverColor(const QColor& color);
 
     /**
      * Scrolls horizontally so that the left edge of @p item comes to the
@@ -67,10 +84,15 @@ protected:
      * visible item current when there is none.
      */
     void focusInEvent(QFocusEvent* event) override;
+    /** Tells assistive technology when a row's check box is ticked or cleared. */
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QVector<int>& roles = QVector<int>()) override;
 
 private:
     QColor m_selectedColor;
     QColor m_hoverColor;
+    QColor m_themeSelectedColor;
+    QColor m_themeHoverColor;
 };
 
 /**

@@ -92,6 +92,9 @@ void OrvaTableWidget::initailze()
     m_headerSource->setHorizontalHeaderLabels(labels);
 
     m_table = new ResizeSignalTableWidget(0, count);
+    // The body's own header stays hidden under the strip, but it is where
+    // assistive technology reads the column names from.
+    m_table->setHorizontalHeaderLabels(labels.mid(0, count));
     // The style's default minimum (about a line of text) would widen the
     // spare section past the scroll bar it stands above; both headers share
     // the same floor so that the body's columns always match the header's.
@@ -115,6 +118,8 @@ void OrvaTableWidget::initailze()
     m_header->setSectionResizeMode(count, QHeaderView::Fixed);
 
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    // One Tab stop for the whole table; the arrow keys move inside it.
+    m_table->setTabKeyNavigation(false);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->verticalHeader()->hide();
     m_table->horizontalHeader()->hide();

@@ -5,6 +5,7 @@
 
 #include "resources/dpiscaling_p.h"
 
+#include <QAccessible>
 #include <QCursor>
 #include <QFocusEvent>
 #include <QItemSelectionModel>
@@ -24,12 +25,35 @@ OrvaTreeWidget::OrvaTreeWidget(QWidget* parent)
     // The hover highlight is painted from the pointer position: the rows
     // under the old and the new position must be repainted as it moves.
     viewport()->setAttribute(Qt::WA_Hover);
+    setStyleSheet(getStyleSheet("component.tree", false));
 }
 
 void OrvaTreeWidget::setBackgroundColor(QColor selected, QColor hover)
 {
     m_selectedColor = selected;
     m_hoverColor = hover;
+    viewport()->update();
+}
+
+QColor OrvaTreeWidget::themeSelectedColor() const
+{
+    return m_themeSelectedColor;
+}
+
+void OrvaTreeWidget::setThemeSelectedColor(const QColor& color)
+{
+    m_themeSelectedColor = color;
+    viewport()->update();
+}
+
+QColor OrvaTreeWidget::themeHoverColor() const
+{
+    return m_themeHoverColor;
+}
+
+void OrvaTreeWidget::setThemeHoverColor(const QColor& color)
+{
+    m_themeHoverColor = color;
     viewport()->update();
 }
 
@@ -58,13 +82,17 @@ void OrvaTreeWidget::drawRow(QPainter* painter, const QStyleOptionViewItem& opti
             const QRect hoverRect = option.rect.adjusted(0, 1, 0, 1);
             highlight = hoverRect.contains(mapFromGlobal(QCursor::pos()));
         }
-        if (highlight) {
+        // The host's colour, once it gave one, wins over the theme's.
+        const QColor host = selected ? m_selectedColor : m_hoverColor;
+        const QColor fill = host.isValid() ? host : (selected ? m_themeSelectedColor : m_themeHoverColor);
+        if (highlight && fill.isValid()) {
             const double factor = DPIinfo::getInstance()->getDPI();
             const int radius = scaled(3);
             painter->save();
             painter->setRenderHint(QPainter::Antialiasing, true);
-            painter->setBrush(QBrush(selected ? m_selectedColor : m_hoverColor, Qt::SolidPattern));
-            painter->setPen(QColor(QStringLiteral("#FFFFFF")));
+            painter->setBrush(QBrush(fill, Qt::SolidPattern));
+            // A rim in the view's own background, so it is unseen on any theme.
+            painter->setPen(palette().color(QPalette::Base));
             painter->drawRoundedRect(QRect(option.rect.x(), option.rect.y(), int(option.rect.width() - 3 * factor),
                                            option.rect.height()),
                                      radius, radius);
@@ -76,6 +104,38 @@ void OrvaTreeWidget::drawRow(QPainter* painter, const QStyleOptionViewItem& opti
     if (item && !(item->flags() & Qt::ItemIsUserCheckable))
         rowOption.state &= ~QStyle::State_Enabled;
     QTreeWidget::drawRow(painter, rowOption, index);
+}
+
+void OrvaTreeWidget::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>& roles)
+{
+    QTreeWidget::dataChanged(topLeft, bottomRight, roles);
+    // Qt tells assistive technology nothing when a check box is ticked, with
+    // Space or the mouse, and the user would hear no answer. An item changes
+    // one row at a time; wider changes are a host's, read when asked for.
+    if (!QAccessible::isActive() || !topLeft.isValid() || topLeft.parent() != bottomRight.parent()
+        || topLeft.row() != bottomRight.row() || !(roles.isEmpty() || roles.contains(Qt::CheckStateRole)))
+        return;
+    // The tree's accessible children run row by row over the rows shown
+    // (not those under a collapsed parent), after one row of column headers.
+    const QModelIndex changedRow = topLeft.sibling(topLeft.row(), 0);
+    int shownRow = 0;
+    QModelIndex row = model()->index(0, 0, rootIndex());
+    while (row.isValid() && row != changedRow) {
+        row = indexBelow(row);
+        ++shownRow;
+    }
+    if (!row.isValid())
+        return;
+    const int columns = model()->columnCount(rootIndex());
+    for (int column = topLeft.column(); column <= bottomRight.column(); ++column) {
+        if (!(topLeft.sibling(topLeft.row(), column).flags() & Qt::ItemIsUserCheckable))
+            continue;
+        QAccessible::State changed;
+        changed.checked = true;
+        QAccessibleStateChangeEvent event(this, changed);
+        event.setChild((shownRow + 1) * columns + column);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void OrvaTreeWidget::keyPressEvent(QKeyEvent* event)
