@@ -440,6 +440,7 @@ void TestSheetContract::announcedAsModalDialogs()
     // One the host disabled stays so.
     auto* off = new QPushButton(QStringLiteral("Off"), m_window);
     off->setEnabled(false);
+    off->show();
     struct Expected
     {
         Kind kind;
