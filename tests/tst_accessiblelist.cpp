@@ -3,8 +3,9 @@
 #include "testmain.h"
 #include "testenvironment.h"
 
-#include <orvacat/accessiblelist.h>
+#include <orvacat/orvacat.h>
 
+#include <QAccessible>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -33,8 +34,10 @@ class TestAccessibleList : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { TestEnvironment::installDefaultTheme(); }
     void cleanup() { QCOMPARE(TestEnvironment::visibleTopLevels(), QStringList()); }
     void listsTheVisibleTreeInCreationOrder();
+    void toolkitControlsAreOneStopEach();
 };
 
 void TestAccessibleList::listsTheVisibleTreeInCreationOrder()
@@ -81,6 +84,37 @@ void TestAccessibleList::listsTheVisibleTreeInCreationOrder()
     b1->hide();
     QCOMPARE(names(accessibleList(&root, QList<QWidget*>())), QStringLiteral("root c"));
     QCOMPARE(names(accessibleList(&root, AccessibleFilter())), QStringLiteral("root b c"));
+}
+
+void TestAccessibleList::toolkitControlsAreOneStopEach()
+{
+    // What a sheet's focus chain gets from the toolkit's controls: one stop
+    // for each thing a keyboard user acts on, named, and nothing else.
+    QWidget root;
+    auto* layout = new QVBoxLayout(&root);
+    auto* edit = new OrvaLineEdit;
+    edit->getPreLabel()->setText(QStringLiteral("Port"));
+    auto* link = new LinkLabel(QStringLiteral("Help"));
+    QPixmap picture(16, 16);
+    picture.fill(Qt::darkBlue);
+    auto* icon = new OrvaIconButton(picture);
+    icon->setToolTip(QStringLiteral("Refresh"));
+    for (QWidget* widget : {static_cast<QWidget*>(new OrvaLabel(QStringLiteral("Note"))), static_cast<QWidget*>(edit),
+                            static_cast<QWidget*>(link), static_cast<QWidget*>(icon)})
+        layout->addWidget(widget);
+    root.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&root));
+
+    // The field, not the widget around it: that one hands its focus on, and
+    // listing both would make Backtab land on the field again and again.
+    const QList<QWidget*> stops = accessibleList(&root, AccessibleFilter({}, Qt::TabFocus));
+    QCOMPARE(stops, (QList<QWidget*>{edit->getLineEdit(), link, icon}));
+    QStringList names;
+    for (QWidget* stop : stops)
+        names << QAccessible::queryAccessibleInterface(stop)->text(QAccessible::Name);
+    QCOMPARE(names.join(QLatin1Char('|')), QStringLiteral("Port|Help|Refresh"));
+    edit->setFocus();
+    QCOMPARE(root.focusWidget(), edit->getLineEdit());
 }
 
 ORVACAT_TEST_MAIN(TestAccessibleList)

@@ -6,6 +6,8 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QAccessible>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QProcess>
 #include <QScreen>
@@ -67,6 +69,51 @@ struct Window
     QPushButton* other = new QPushButton(QStringLiteral("Other"));
 };
 
+/** The accessibility events sent while it lives: "Name" or "Description" changes, by object. */
+struct AccessibleEvents
+{
+    AccessibleEvents()
+    {
+        all().clear();
+        QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+            if (event->type() == QAccessible::NameChanged || event->type() == QAccessible::DescriptionChanged)
+                all().append(qMakePair(event->object(), event->type() == QAccessible::NameChanged ? 'N' : 'D'));
+        });
+    }
+    ~AccessibleEvents() { QAccessible::installUpdateHandler(nullptr); }
+    /** The changes sent for @p object, in order: "ND" for a name, then a description. */
+    QString of(QObject* object) const
+    {
+        QString kinds;
+        for (const auto& event : qAsConst(all()))
+            kinds += event.first == object ? QString(QLatin1Char(event.second)) : QString();
+        all().clear();
+        return kinds;
+    }
+    static QList<QPair<QObject*, char>>& all()
+    {
+        static QList<QPair<QObject*, char>> events;
+        return events;
+    }
+};
+
+QAccessibleInterface* accessible(QObject* object)
+{
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+QString accessibleName(QObject* object)
+{
+    return accessible(object)->text(QAccessible::Name);
+}
+
+void press(QObject* object, const QString& action)
+{
+    QAccessibleActionInterface* actions = accessible(object)->actionInterface();
+    QVERIFY(actions && actions->actionNames().contains(action));
+    actions->doAction(action);
+}
+
 const char* const longText = "A label with enough words that it has to wrap onto several lines when it is "
                              "narrow, and onto fewer lines when it is given more room.";
 
@@ -90,6 +137,10 @@ private Q_SLOTS:
     void linkLabelHoverLook_data();
     void linkLabelHoverLook();
     void linkLabelClickedBeforeThePress();
+
+    void buttonsAreNamedByWhatTheUserSees();
+    void lineEditIsNamedAndTellsItsError();
+    void linkLabelWorksFromTheKeyboard();
 
     void menuStaysOnScreen_data();
     void menuStaysOnScreen();
@@ -211,10 +262,11 @@ void TestControls::lineEditTypesValidatesAndShowsErrors()
     QTest::keyClicks(edit.getLineEdit(), QStringLiteral("20x4"));
     QCOMPARE(edit.getEditText(), QStringLiteral("20x4"));
     QVERIFY(!edit.validate());
-    // Validating does not change the look; setError does, at once.
+    // Validating does not change the look; setError does, at once, to the theme's error fill.
     QCOMPARE(TestEnvironment::centreColour(edit.getLineEdit()), QColor(Qt::white));
     edit.setError(true);
-    QCOMPARE(TestEnvironment::centreColour(edit.getLineEdit()), QColor(0xff, 0xf8, 0xf7));
+    const QColor error = TestEnvironment::centreColour(edit.getLineEdit());
+    QVERIFY2(error.red() > error.blue(), qPrintable(error.name()));
     QTest::keyClicks(edit.getLineEdit(), QStringLiteral("\b\b4"));
     QVERIFY(edit.validate());
     edit.setError(false);
@@ -306,6 +358,177 @@ void TestControls::linkLabelClickedBeforeThePress()
     connect(link, &LinkLabel::clicked, this, [link] { delete link; });
     QTest::mousePress(link, Qt::LeftButton);
     QVERIFY(holder.children().isEmpty());
+}
+
+void TestControls::buttonsAreNamedByWhatTheUserSees()
+{
+    // Icon buttons in a titled group: each named by its own tooltip, never by
+    // the group's title, and without the tooltip's markup.
+    QGroupBox group(QStringLiteral("Icon buttons"));
+    auto* layout = new QVBoxLayout(&group);
+    auto* refresh = new OrvaIconButton(QStringLiteral("bt_pagebar_refresh"));
+    refresh->setToolTip(getHtmlEscapedStringForToolTip(QStringLiteral("Reload <all>\n  pages")));
+    auto* bare = new OrvaIconButton(QStringLiteral("bt_pagebar_next"));
+    auto* search = new OrvaIconButton(QStringLiteral("bt_search_dropdown"));
+    QMenu options;
+    search->setMenu(&options);
+    auto* labelled = new QLabel(QStringLiteral("&Next page"));
+    labelled->setBuddy(bare);
+    auto* remove = new OrvaButton(QStringLiteral("&Delete"), 5);
+    remove->setToolTip(QStringLiteral("<p>Deletes the <b>file</b></p>"));
+    auto* hidden = new OrvaCheckBox(QStringLiteral("Show hidden files"));
+    hidden->setTristate(true);
+    auto* daily = new OrvaRadioButton(QStringLiteral("Daily"));
+    for (QWidget* widget : {static_cast<QWidget*>(refresh), static_cast<QWidget*>(bare), static_cast<QWidget*>(labelled),
+                            static_cast<QWidget*>(search), static_cast<QWidget*>(remove), static_cast<QWidget*>(hidden),
+                            static_cast<QWidget*>(daily)})
+        layout->addWidget(widget);
+    group.show();
+    QVERIFY(QTest::qWaitForWindowActive(&group));
+
+    QCOMPARE(accessibleName(refresh), QStringLiteral("Reload <all> pages"));
+    QCOMPARE(accessible(refresh)->text(QAccessible::Description), QString());
+    QCOMPARE(accessible(refresh)->role(), QAccessible::PushButton);
+    QCOMPARE(accessibleName(bare), QStringLiteral("Next page"));
+    QCOMPARE(accessible(search)->role(), QAccessible::ButtonMenu);
+    QVERIFY(accessible(search)->state().hasPopup);
+    QCOMPARE(accessibleName(search), QString());
+    search->setAccessibleName(QStringLiteral("Search options"));
+    QCOMPARE(accessibleName(search), QStringLiteral("Search options"));
+    QCOMPARE(accessibleName(remove), QStringLiteral("Delete"));
+    QCOMPARE(accessible(remove)->text(QAccessible::Description), QStringLiteral("Deletes the file"));
+    QCOMPARE(accessible(hidden)->role(), QAccessible::CheckBox);
+    QCOMPARE(accessible(hidden)->text(QAccessible::Description), QString());
+    hidden->setToolTip(QStringLiteral("Also <i>dot</i> files"));
+    QCOMPARE(accessible(hidden)->text(QAccessible::Description), QStringLiteral("Also dot files"));
+    QCOMPARE(accessible(daily)->role(), QAccessible::RadioButton);
+
+    // Tab reaches the icon buttons as it reaches the others, in layout order.
+    refresh->setFocus();
+    QStringList stops;
+    for (int i = 0; i < 5; ++i) {
+        stops << accessibleName(QApplication::focusWidget());
+        QVERIFY(accessible(QApplication::focusWidget())->state().focused);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(stops.join(QLatin1Char('|')),
+             QStringLiteral("Reload <all> pages|Next page|Search options|Delete|Show hidden files"));
+
+    // The actions act as a click does, and the states follow.
+    QSignalSpy clicked(refresh, &QToolButton::clicked);
+    QVERIFY(clicked.isValid());
+    press(refresh, QAccessibleActionInterface::pressAction());
+    QCOMPARE(clicked.count(), 1);
+    press(hidden, QAccessibleActionInterface::toggleAction());
+    QVERIFY(accessible(hidden)->state().checked);
+    hidden->setCheckState(Qt::PartiallyChecked);
+    QVERIFY(accessible(hidden)->state().checkStateMixed);
+    remove->setEnabled(false);
+    QVERIFY(accessible(remove)->state().disabled);
+    QVERIFY(!accessible(remove)->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+}
+
+void TestControls::lineEditIsNamedAndTellsItsError()
+{
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* port = new OrvaLineEdit;
+    port->getPreLabel()->setText(QStringLiteral("&Port"));
+    port->getPostLabel()->setText(QStringLiteral("1 to 65535"));
+    auto* search = new OrvaLineEdit;
+    search->getLineEdit()->setPlaceholderText(QStringLiteral("Search invoices"));
+    auto* hostLabel = new QLabel(QStringLiteral("&Server"));
+    auto* server = new OrvaLineEdit;
+    hostLabel->setBuddy(server);
+    for (QWidget* widget : {static_cast<QWidget*>(port), static_cast<QWidget*>(search), static_cast<QWidget*>(hostLabel),
+                            static_cast<QWidget*>(server)})
+        layout->addWidget(widget);
+    window.show();
+    // Without a window manager (the X11 run) nothing else activates it.
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+
+    QLineEdit* field = port->getLineEdit();
+    QCOMPARE(accessible(field)->role(), QAccessible::EditableText);
+    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("1 to 65535"));
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Search invoices"));
+    QCOMPARE(accessibleName(server->getLineEdit()), QStringLiteral("Server"));
+    // The labels' mnemonics reach the fields; a host's label needs the field as its buddy for that.
+    hostLabel->setBuddy(server->getLineEdit());
+    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+    QTRY_VERIFY(server->getLineEdit()->hasFocus());
+    QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
+    QTRY_VERIFY(field->hasFocus());
+
+    // The error reaches a screen reader in the name and the description.
+    QTest::keyClicks(field, QStringLiteral("80a"));
+    port->setError(true);
+    const QString invalid = QStringLiteral("Invalid entry");
+    QCOMPARE(accessibleName(field), QStringLiteral("Port (%1)").arg(invalid));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), invalid + QStringLiteral(". 1 to 65535"));
+    port->setError(false);
+    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("1 to 65535"));
+
+    // A name the host gives the field is kept, and marked as well.
+    search->getLineEdit()->setAccessibleName(QStringLiteral("Invoice search"));
+    search->setError(true);
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search (%1)").arg(invalid));
+    search->setError(false);
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search"));
+
+    // A screen reader is told of each change, and only of changes. Qt tells
+    // only while one listens: the suite's AT-SPI registration checks this.
+    if (!qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"))
+        QSKIP("no screen reader listens here");
+    QVERIFY2(QTest::qWaitFor([] { return QAccessible::isActive(); }, 5000), "No AT-SPI bus to talk to");
+    AccessibleEvents events;
+    port->setError(true);
+    QCOMPARE(events.of(field), QStringLiteral("ND"));
+    port->setError(true);
+    QCOMPARE(events.of(field), QString());
+    port->setError(false);
+    QCOMPARE(events.of(field), QStringLiteral("ND"));
+}
+
+void TestControls::linkLabelWorksFromTheKeyboard()
+{
+    auto* link = new LinkLabel(QStringLiteral("Open the <b>help</b>"));
+    link->setHyperLink(QStringLiteral("https://help.example.org"));
+    Window shown(link);
+    QVERIFY(QTest::qWaitForWindowActive(&shown.window));
+    QSignalSpy clicked(link, &LinkLabel::clicked);
+    QVERIFY(clicked.isValid());
+
+    QCOMPARE(accessible(link)->role(), QAccessible::Link);
+    QCOMPARE(accessibleName(link), QStringLiteral("Open the help"));
+    QCOMPARE(accessible(link)->text(QAccessible::Value), QStringLiteral("https://help.example.org"));
+
+    // Tab reaches it; Return, Enter and Space open it once each, held keys and other keys do not.
+    QTest::keyClick(shown.other, Qt::Key_Tab);
+    QVERIFY(link->hasFocus());
+    QVERIFY(accessible(link)->state().focused);
+    QTest::keyClick(link, Qt::Key_Return);
+    QTest::keyClick(link, Qt::Key_Enter, Qt::KeypadModifier);
+    QTest::keyClick(link, Qt::Key_Space);
+    QCOMPARE(clicked.count(), 3);
+    QTest::keyPress(link, Qt::Key_Space);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
+    QApplication::sendEvent(link, &held);
+    QTest::keyRelease(link, Qt::Key_Space);
+    QTest::keyClick(link, Qt::Key_Return, Qt::ControlModifier);
+    QTest::keyClick(link, Qt::Key_A);
+    QCOMPARE(clicked.count(), 4);
+    press(link, QAccessibleActionInterface::pressAction());
+    QCOMPARE(clicked.count(), 5);
+
+    // Disabled, it is neither a Tab stop nor pressable.
+    link->setEnabled(false);
+    shown.other->setFocus();
+    QTest::keyClick(shown.other, Qt::Key_Tab);
+    QVERIFY(!link->hasFocus());
+    QVERIFY(!accessible(link)->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
 }
 
 void TestControls::menuStaysOnScreen_data()

@@ -5,9 +5,11 @@
 #include <orvacat/orvacat.h>
 #include <themefiles.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QMenu>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -16,6 +18,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QTextStream>
 #include <QVBoxLayout>
 
 namespace {
@@ -25,6 +28,61 @@ QSize designSize()
 {
     const double factor = DPIinfo::getInstance()->getDPI();
     return QSize(int(1040 * factor), int(680 * factor));
+}
+
+/** Whether a screen reader user can act on what @p iface stands for. */
+bool isInteractive(QAccessibleInterface* iface)
+{
+    switch (iface->role()) {
+    case QAccessible::PushButton:
+    case QAccessible::CheckBox:
+    case QAccessible::RadioButton:
+    case QAccessible::ComboBox:
+    case QAccessible::EditableText:
+    case QAccessible::Link:
+    case QAccessible::ButtonMenu:
+    case QAccessible::ButtonDropDown:
+    case QAccessible::ButtonDropGrid:
+    case QAccessible::SpinBox:
+    case QAccessible::Slider:
+    case QAccessible::PageTab:
+    case QAccessible::MenuItem:
+    case QAccessible::PopupMenu:
+    case QAccessible::List:
+    case QAccessible::ListItem:
+    case QAccessible::Table:
+    case QAccessible::Tree:
+    case QAccessible::TreeItem:
+    case QAccessible::Cell:
+    case QAccessible::ColumnHeader:
+    case QAccessible::RowHeader:
+    case QAccessible::Dialog:
+    case QAccessible::AlertMessage:
+        return true;
+    default:
+        return iface->state().focusable;
+    }
+}
+
+/** Adds a line to @p out for every shown, interactive and unnamed object under @p iface. */
+int reportUnnamed(QAccessibleInterface* iface, const QString& where, QTextStream& out, int depth = 0)
+{
+    if (!iface || !iface->isValid() || iface->state().invisible || depth > 64)
+        return 0;
+    int unnamed = 0;
+    // A separator names nothing and needs no name.
+    const bool separator = iface->role() == QAccessible::Separator;
+    if (!separator && isInteractive(iface) && iface->text(QAccessible::Name).trimmed().isEmpty()) {
+        const QObject* object = iface->object();
+        out << where << ": unnamed role 0x" << QString::number(iface->role(), 16) << ' '
+            << (object ? QString::fromLatin1(object->metaObject()->className()) : QStringLiteral("(item)")) << ' '
+            << (object ? object->objectName() : QString()) << " under \""
+            << (iface->parent() ? iface->parent()->text(QAccessible::Name) : QString()) << "\"\n";
+        ++unnamed;
+    }
+    for (int i = 0; i < iface->childCount(); ++i)
+        unnamed += reportUnnamed(iface->child(i), where, out, depth + 1);
+    return unnamed;
 }
 
 } // namespace
@@ -62,6 +120,7 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     m_pageList->setSpacing(0);
     m_pageList->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pageList->setFocusPolicy(Qt::StrongFocus);
+    m_pageList->setAccessibleName(QStringLiteral("Pages"));
 
     m_pages->setObjectName(QStringLiteral("galleryPages"));
 
@@ -77,7 +136,10 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     headerLayout->addWidget(title);
     headerLayout->addWidget(subtitle);
     headerLayout->addStretch(1);
-    headerLayout->addWidget(new QLabel(QStringLiteral("Language")));
+    auto* languageLabel = new QLabel(QStringLiteral("&Language"));
+    // Names the box for screen readers, and Alt+L reaches it.
+    languageLabel->setBuddy(m_languageBox);
+    headerLayout->addWidget(languageLabel);
     headerLayout->addWidget(m_languageBox);
     headerLayout->addSpacing(px(12));
     headerLayout->addWidget(m_darkBox);
@@ -192,6 +254,8 @@ void GalleryWindow::rebuildPages()
         scroll->setWidgetResizable(true);
         scroll->setFrameShape(QFrame::NoFrame);
         scroll->viewport()->setObjectName(QStringLiteral("galleryPageViewport"));
+        // It takes the focus to scroll the page with the keyboard: a screen reader names it.
+        scroll->setAccessibleName(page.title);
         m_pages->addWidget(scroll);
         m_pageList->addItem(page.title);
     }
@@ -211,6 +275,30 @@ void GalleryWindow::showPage(int row)
         scroll->setWidget(page);
     }
     m_pages->setCurrentIndex(row);
+}
+
+int GalleryWindow::checkAccessibility(QTextStream& out)
+{
+    resize(designSize());
+    show();
+    const QList<GalleryPage> pages = GalleryPages::all();
+    int unnamed = 0;
+    for (int i = 0; i < pages.size(); ++i) {
+        m_pageList->setCurrentRow(i);
+        QApplication::processEvents();
+        unnamed += reportUnnamed(QAccessible::queryAccessibleInterface(this), pages.at(i).name, out);
+        // Menus are windows of their own: walk each of the page's open.
+        QWidget* page = static_cast<QScrollArea*>(m_pages->widget(i))->widget();
+        for (QMenu* menu : page->findChildren<QMenu*>()) {
+            menu->popup(mapToGlobal(QPoint(0, 0)));
+            QApplication::processEvents();
+            unnamed += reportUnnamed(QAccessible::queryAccessibleInterface(menu), pages.at(i).name + QLatin1String(" menu"),
+                                     out);
+            menu->hide();
+        }
+    }
+    out.flush();
+    return unnamed;
 }
 
 bool GalleryWindow::saveScreenshots(const QString& dir)

@@ -7,6 +7,7 @@ class QCheckBox;
 class QComboBox;
 class QListWidget;
 class QStackedWidget;
+class QTextStream;
 
 /**
  * The gallery's one window: the page list on the left, the page on the
@@ -24,26 +25,32 @@ public:
 
     /** Renders every page (and its extra states) to DIR/<page>.png; false if one could not be written. */
     bool saveScreenshots(const QString& dir);
+    /**
+     * Shows every page and walks what a screen reader sees of the window (and
+     * of the page's menu when it is open): every interactive object must have
+     * a name. Writes one line per unnamed one to @p out and returns how many.
+     */
+    int checkAccessibility(QTextStream& out);
 
 private:
     void setLanguage(const QString& language);
-    void rebuildPages();
-    /** Shows page @p row, building it on its first showing. */
-    void showPage(int row);
-
-    QString m_themeDir;
-    QComboBox* m_languageBox;
     /** Installs the dark or the light theme and builds the pages (and the header's controls) anew. */
     void setDarkTheme(bool dark);
     /** The shell's own colours, which follow the theme. */
     void applyShellLook();
     /** Dresses the header's toolkit controls in the theme installed now. */
     void redressHeader();
+    void rebuildPages();
+    /** Shows page @p row, building it on its first showing. */
+    void showPage(int row);
+
+    QString m_themeDir;
+    QString m_lightThemeDir;
+    QString m_darkThemeDir;
+    QComboBox* m_languageBox;
+    QCheckBox* m_darkBox = nullptr;
     QListWidget* m_pageList;
     QStackedWidget* m_pages;
 };
 
 #endif // ORVACAT_GALLERY_GALLERYWINDOW_H
-    QString m_lightThemeDir;
-    QString m_darkThemeDir;
-    QCheckBox* m_darkBox = nullptr;

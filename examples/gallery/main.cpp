@@ -1,9 +1,11 @@
 // The gallery: every control of the toolkit on the default theme.
 //
-//   orvacat-gallery [--theme DIR] [--language CODE] [--screenshot DIR]
+//   orvacat-gallery [--theme DIR] [--language CODE] [--screenshot DIR] [--check-accessibility]
 //
-// With --screenshot it renders every page to DIR/<page>.png and exits; it
-// then needs no display.
+// With --screenshot it renders every page to DIR/<page>.png and exits; with
+// --check-accessibility it lists every interactive object a screen reader
+// would find without a name, on every page, and fails if there is one. Both
+// need no display.
 
 #include "gallerywindow.h"
 
@@ -15,6 +17,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QTextStream>
 
 #include <cstring>
 
@@ -36,7 +39,7 @@ QString findThemeDir(const QString& requested)
 bool wantsScreenshots(int argc, char** argv)
 {
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--screenshot") == 0)
+        if (std::strcmp(argv[i], "--screenshot") == 0 || std::strcmp(argv[i], "--check-accessibility") == 0)
             return true;
     }
     return false;
@@ -64,11 +67,13 @@ int main(int argc, char** argv)
     QCommandLineOption screenshotOption(QStringLiteral("screenshot"),
                                         QStringLiteral("Render every page to DIR/<page>.png and exit."),
                                         QStringLiteral("dir"));
-    parser.addOptions({themeOption, languageOption, screenshotOption});
+    QCommandLineOption checkOption(QStringLiteral("check-accessibility"),
+                                   QStringLiteral("List the unnamed interactive objects of every page and exit."));
+    parser.addOptions({themeOption, languageOption, screenshotOption, checkOption});
     parser.process(app);
 
     // Screenshots are a batch job and never wait for a running gallery.
-    const bool screenshots = parser.isSet(screenshotOption);
+    const bool screenshots = parser.isSet(screenshotOption) || parser.isSet(checkOption);
     if (!screenshots && app.isRunning()) {
         if (app.sendMessage(app.arguments().join(QLatin1Char('\n'))))
             return 0;
@@ -102,6 +107,12 @@ int main(int argc, char** argv)
 
     // 6. Widgets.
     GalleryWindow window(themeDir, language);
+    if (parser.isSet(checkOption)) {
+        QTextStream out(stdout);
+        const int unnamed = window.checkAccessibility(out);
+        out << unnamed << " unnamed interactive objects\n";
+        return unnamed == 0 ? 0 : 1;
+    }
     if (screenshots) {
         const QString dir = QFileInfo(parser.value(screenshotOption)).absoluteFilePath();
         const bool written = window.saveScreenshots(dir);

@@ -15,6 +15,9 @@
  * A combo box in the theme's look ("component.combobox" and
  * "component.scrollbar"), whose popup rows are drawn by a styled delegate
  * so the style sheet's item rules reach them.
+ *
+ * Name it for screen readers as any combo box: a label with it as buddy, or
+ * an accessible name. Its popup list takes that name when it is shown.
  */
 class ORVACAT_EXPORT OrvaComboBox : public QComboBox
 {
@@ -23,6 +26,16 @@ class ORVACAT_EXPORT OrvaComboBox : public QComboBox
 public:
     /** An empty combo box with its style sheet and popup delegate set. */
     explicit OrvaComboBox(QWidget* parent = nullptr);
+
+    /** Names the popup list after the box, then opens it as QComboBox does. */
+    void showPopup() override;
+
+protected:
+    /** Names the popup list after the box. */
+    void showEvent(QShowEvent* event) override;
+
+private:
+    ORVACAT_NO_EXPORT void nameThePopup();
 };
 
 #endif // ORVACAT_ORVACOMBOBOX_H

@@ -39,6 +39,10 @@ protected:
  * the text is underlined. A press emits clicked(); the label never opens
  * the link itself, the receiver does (getHyperLink() holds the target).
  *
+ * It takes the keyboard focus (Qt::StrongFocus), and Return, Enter or Space
+ * emit clicked() as a press does. Screen readers see a link named by its
+ * text, with the target as its value and a press action that emits clicked().
+ *
  * The label takes back exactly the cursor and underline it set when the
  * pointer leaves, and also when it is disabled, hidden or deleted while the
  * pointer is over it; an override cursor a host pushed meanwhile stays.
@@ -68,6 +72,8 @@ protected:
     void leaveEvent(QEvent* event) override;
     /** Emits clicked() first; the base handler runs only if the label survived it. */
     void mousePressEvent(QMouseEvent* event) override;
+    /** Return, Enter and Space emit clicked(), as a press of the mouse does. */
+    void keyPressEvent(QKeyEvent* event) override;
     /** Takes the hover look back when the label is disabled. */
     void changeEvent(QEvent* event) override;
     /** Takes the hover look back. */

@@ -21,6 +21,14 @@ class QLineEdit;
  * "component.lineedit_label", the field by "component.lineedit"; the theme
  * gives the error look with a rule on the field's "error" property
  * (QLineEdit[error="true"]). Both labels start empty.
+ *
+ * The pre label is the field's buddy, and the widget hands its focus to the
+ * field. Screen readers hear the field named by the pre label; without one,
+ * by a label the host made this widget's buddy, else by the placeholder. The
+ * post label's text is the field's description. In the error state the name
+ * ends in "(Invalid entry)" (the component string "invalid_entry") and the
+ * description starts with it. A name or description the host sets on the
+ * field itself is kept, and gets the same mark.
  */
 class ORVACAT_EXPORT OrvaLineEdit : public QWidget
 {
@@ -45,7 +53,7 @@ public:
      * validator. Does not change the look: call setError() for that.
      */
     bool validate();
-    /** Switches the field's error look on or off at once. */
+    /** Switches the field's error look on or off at once, and tells screen readers. */
     void setError(bool error);
 
     /** The label before the field, for its text; owned by this widget. */
@@ -57,12 +65,23 @@ public:
     /** The field's current text. */
     QString getEditText() const;
 
+protected:
+    /** Brings the field's accessible name and description up to date when it is shown or focused. */
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    ORVACAT_NO_EXPORT void updateAccessibleText();
+
     QHBoxLayout* m_layout;
     QLabel* m_preLabel;
     QLabel* m_postLabel;
     QLineEdit* m_lineEdit;
     Validator m_validator;
+    // What was last set on the field, and what the host set there itself.
+    QString m_shownName;
+    QString m_shownDescription;
+    QString m_hostName;
+    QString m_hostDescription;
 };
 
 #endif // ORVACAT_ORVALINEEDIT_H

@@ -2,7 +2,11 @@
 
 #include <orvacat/stylemanager.h>
 
+#include "accessibletext_p.h"
+
+#include <QAccessibleWidget>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QResizeEvent>
 
@@ -47,11 +51,87 @@ void removePointingHand()
         QGuiApplication::setOverrideCursor(cursor);
 }
 
+// A link label is a link to a screen reader, not static text: it takes the
+// focus, can be pressed, and its target is its value.
+class LinkAccessible : public QAccessibleWidget
+{
+public:
+    explicit LinkAccessible(LinkLabel* label)
+        : QAccessibleWidget(label, QAccessible::Link)
+    {
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.linked = true;
+        return state;
+    }
+
+    QString text(QAccessible::Text t) const override
+    {
+        switch (t) {
+        case QAccessible::Name:
+            if (!label()->accessibleName().isEmpty())
+                return label()->accessibleName();
+            return AccessibleText::plain(label()->text());
+        case QAccessible::Description: {
+            if (!label()->accessibleDescription().isEmpty())
+                return label()->accessibleDescription();
+            const QString tip = AccessibleText::plain(label()->toolTip());
+            return tip == text(QAccessible::Name) ? QString() : tip;
+        }
+        case QAccessible::Value:
+            return label()->getHyperLink();
+        default:
+            return QAccessibleWidget::text(t);
+        }
+    }
+
+    QStringList actionNames() const override
+    {
+        QStringList names;
+        if (label()->isEnabled())
+            names << pressAction();
+        return names + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString& action) override
+    {
+        if (action != pressAction())
+            QAccessibleWidget::doAction(action);
+        else if (label()->isEnabled())
+            Q_EMIT label()->clicked();
+    }
+
+    QStringList keyBindingsForAction(const QString& action) const override
+    {
+        if (action == pressAction())
+            return QStringList(QKeySequence(Qt::Key_Return).toString(QKeySequence::NativeText));
+        return QAccessibleWidget::keyBindingsForAction(action);
+    }
+
+private:
+    LinkLabel* label() const { return static_cast<LinkLabel*>(object()); }
+};
+
+QAccessibleInterface* linkAccessibleFactory(const QString& className, QObject* object)
+{
+    if (className == QLatin1String("LinkLabel"))
+        return new LinkAccessible(static_cast<LinkLabel*>(object));
+    return nullptr;
+}
+
 } // namespace
 
 LinkLabel::LinkLabel(const QString& text, QLabel* parent)
     : QLabel(text, parent)
 {
+    // Reachable with Tab like a button; a click focuses it like a button too.
+    setFocusPolicy(Qt::StrongFocus);
+    static const bool installed = (QAccessible::installFactory(&linkAccessibleFactory), true);
+    Q_UNUSED(installed);
+    AccessibleText::forgetEarlyInterface(this);
 }
 
 LinkLabel::~LinkLabel()
@@ -126,6 +206,21 @@ void LinkLabel::mousePressEvent(QMouseEvent* event)
     Q_EMIT clicked();
     if (alive)
         QLabel::mousePressEvent(event);
+}
+
+void LinkLabel::keyPressEvent(QKeyEvent* event)
+{
+    const bool activates = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter
+                        || event->key() == Qt::Key_Space;
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
+    if (!activates || modifiers != Qt::NoModifier) {
+        QLabel::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    // Held down, the key would open the link again and again.
+    if (!event->isAutoRepeat())
+        Q_EMIT clicked();
 }
 
 QString getHtmlEscapedStringForToolTip(const QString& text)

@@ -1,13 +1,33 @@
 #include <orvacat/orvalineedit.h>
 
+#include <orvacat/componentstrings.h>
+#include <orvacat/globals.h>
 #include <orvacat/stylemanager.h>
 
+#include "accessibletext_p.h"
 #include "resources/dpiscaling_p.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStyle>
+
+namespace {
+
+// The words that mark a field in error. A host's own string table may be
+// older than this key: then the English words, without a warning each time.
+QString invalidEntryText()
+{
+    const QString key = QStringLiteral("invalid_entry");
+    const bool warns = debug_message.isWarningEnabled();
+    debug_message.setEnabled(QtWarningMsg, false);
+    const QString text = ComponentStrings::getInstance()->getString(key);
+    debug_message.setEnabled(QtWarningMsg, warns);
+    return text == key ? QStringLiteral("Invalid entry") : text;
+}
+
+} // namespace
 
 OrvaLineEdit::OrvaLineEdit(QWidget* parent)
     : QWidget(parent)
@@ -32,6 +52,12 @@ OrvaLineEdit::OrvaLineEdit(QWidget* parent)
     m_layout->addWidget(m_preLabel);
     m_layout->addWidget(m_lineEdit);
     m_layout->addWidget(m_postLabel);
+
+    // The pre label names the field, and its mnemonic focuses it; a host's
+    // label with this widget as buddy, or setFocus(), reaches the field too.
+    m_preLabel->setBuddy(m_lineEdit);
+    setFocusProxy(m_lineEdit);
+    m_lineEdit->installEventFilter(this);
 }
 
 void OrvaLineEdit::setMargins(int left, int top, int right, int bottom)
@@ -63,6 +89,60 @@ void OrvaLineEdit::setError(bool error)
     // again when the widget is polished anew.
     m_lineEdit->style()->polish(m_lineEdit);
     m_lineEdit->update();
+    updateAccessibleText();
+}
+
+bool OrvaLineEdit::eventFilter(QObject* watched, QEvent* event)
+{
+    // Labels and placeholder are usually set after construction: their
+    // texts are read again when the field is shown and when it gets focus.
+    if (watched == m_lineEdit && (event->type() == QEvent::Show || event->type() == QEvent::FocusIn))
+        updateAccessibleText();
+    return QWidget::eventFilter(watched, event);
+}
+
+void OrvaLineEdit::updateAccessibleText()
+{
+    // Anything else than what was set here last is the host's own.
+    if (m_lineEdit->accessibleName() != m_shownName)
+        m_hostName = m_lineEdit->accessibleName();
+    if (m_lineEdit->accessibleDescription() != m_shownDescription)
+        m_hostDescription = m_lineEdit->accessibleDescription();
+
+    const bool error = m_lineEdit->property("error").toBool();
+    // Qt 5 has no invalid-entry state to report, so the words say it.
+    const QString invalid = error ? invalidEntryText() : QString();
+    const QString preText = AccessibleText::withoutMnemonic(AccessibleText::plain(m_preLabel->text()));
+
+    QString name = m_hostName;
+    // With a pre label and no error the buddy names the field, and follows
+    // the label's text from then on.
+    if (name.isEmpty() && (error || preText.isEmpty())) {
+        name = preText;
+        if (name.isEmpty())
+            name = AccessibleText::buddyText(this, m_lineEdit);
+        if (name.isEmpty())
+            name = AccessibleText::plain(m_lineEdit->placeholderText());
+    }
+    if (error)
+        name = name.isEmpty() ? invalid : QStringLiteral("%1 (%2)").arg(name, invalid);
+
+    QStringList description;
+    if (error)
+        description << invalid;
+    if (!m_hostDescription.isEmpty())
+        description << m_hostDescription;
+    else if (!AccessibleText::plain(m_postLabel->text()).isEmpty())
+        description << AccessibleText::plain(m_postLabel->text());
+    const QString joined = description.join(QLatin1String(". "));
+
+    // Each setter tells screen readers of the change; unchanged texts stay quiet.
+    if (m_lineEdit->accessibleName() != name)
+        m_lineEdit->setAccessibleName(name);
+    if (m_lineEdit->accessibleDescription() != joined)
+        m_lineEdit->setAccessibleDescription(joined);
+    m_shownName = name;
+    m_shownDescription = joined;
 }
 
 QLabel* OrvaLineEdit::getPreLabel()

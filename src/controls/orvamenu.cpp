@@ -1,5 +1,7 @@
 #include <orvacat/orvamenu.h>
 
+#include <QAbstractButton>
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -11,6 +13,19 @@ OrvaMenu::OrvaMenu(QWidget* parent)
 void OrvaMenu::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+
+    // A popup is named by its window title, which a menu rarely has: the
+    // menu's title, else the button it hangs on, says what it is for.
+    if (windowTitle().isEmpty() || windowTitle() == m_derivedTitle) {
+        QString name = title();
+        auto* button = qobject_cast<QAbstractButton*>(parentWidget());
+        if (name.isEmpty() && button) {
+            if (QAccessibleInterface* iface = QAccessible::queryAccessibleInterface(button))
+                name = iface->text(QAccessible::Name);
+        }
+        m_derivedTitle = name;
+        setWindowTitle(name);
+    }
 
     QScreen* primary = QGuiApplication::primaryScreen();
     const bool virtualDesktop = primary && primary->virtualSiblings().size() > 1;

@@ -3,6 +3,8 @@
 #include <orvacat/dpiinfo.h>
 #include <orvacat/stylemanager.h>
 
+#include "controls/accessibletext_p.h"
+
 #include <QAbstractItemView>
 #include <QStyledItemDelegate>
 
@@ -39,4 +41,29 @@ OrvaComboBox::OrvaComboBox(QWidget* parent)
 
     // Parented to the box so it goes with it; the view keeps only a weak reference.
     view()->setItemDelegate(new QStyledItemDelegate(this));
+}
+
+void OrvaComboBox::showPopup()
+{
+    nameThePopup();
+    QComboBox::showPopup();
+}
+
+void OrvaComboBox::showEvent(QShowEvent* event)
+{
+    nameThePopup();
+    QComboBox::showEvent(event);
+}
+
+void OrvaComboBox::nameThePopup()
+{
+    // A screen reader meets the popup list as a list of its own: it says
+    // what the box is for, as the box's label or name does.
+    QString name = accessibleName();
+    if (name.isEmpty())
+        name = AccessibleText::buddyText(this);
+    if (name.isEmpty())
+        name = AccessibleText::plain(toolTip());
+    if (view()->accessibleName() != name)
+        view()->setAccessibleName(name);
 }

@@ -79,26 +79,34 @@ QGroupBox* iconButtonSection()
     grid->setHorizontalSpacing(px(24));
     grid->setVerticalSpacing(px(6));
 
-    const QStringList keys = {
-        QStringLiteral("bt_pagebar_backend"), QStringLiteral("bt_pagebar_back"), QStringLiteral("bt_pagebar_refresh"),
-        QStringLiteral("bt_pagebar_next"),    QStringLiteral("bt_pagebar_nextend"), QStringLiteral("bt_search_dropdown"),
+    // An icon button is named by its tooltip: it says what the button does.
+    ComponentStrings* strings = ComponentStrings::getInstance();
+    const QList<QPair<QString, QString>> keys = {
+        {QStringLiteral("bt_pagebar_backend"), strings->getString(QStringLiteral("first_page"))},
+        {QStringLiteral("bt_pagebar_back"), strings->getString(QStringLiteral("prev_5_pages"))},
+        {QStringLiteral("bt_pagebar_refresh"), strings->getString(QStringLiteral("pagebar_refresh"))},
+        {QStringLiteral("bt_pagebar_next"), strings->getString(QStringLiteral("next_5_pages"))},
+        {QStringLiteral("bt_pagebar_nextend"), strings->getString(QStringLiteral("last_page"))},
+        {QStringLiteral("bt_search_dropdown"), QStringLiteral("Search options")},
     };
     int column = 0;
-    for (const QString& key : keys) {
-        auto* button = new OrvaIconButton(key);
-        button->setToolTip(getHtmlEscapedStringForToolTip(key));
+    for (const auto& key : keys) {
+        auto* button = new OrvaIconButton(key.first);
+        button->setToolTip(getHtmlEscapedStringForToolTip(key.second));
         grid->addWidget(button, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
-        grid->addWidget(caption(key), 1, column);
+        grid->addWidget(caption(key.first), 1, column);
         ++column;
     }
 
     // The same picture disabled, and one made from a single pixmap.
     auto* disabled = new OrvaIconButton(QStringLiteral("bt_pagebar_refresh"));
+    disabled->setToolTip(strings->getString(QStringLiteral("pagebar_refresh")));
     disabled->setEnabled(false);
     grid->addWidget(disabled, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
     grid->addWidget(caption(QStringLiteral("disabled")), 1, column++);
 
     auto* single = new OrvaIconButton(getGlobalImage("folder", ImageManager::Normal));
+    single->setToolTip(QStringLiteral("Open folder"));
     grid->addWidget(single, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
     grid->addWidget(caption(QStringLiteral("one pixmap")), 1, column++);
 

@@ -7,6 +7,7 @@
 
 #include <orvacat/orvacat.h>
 
+#include <QAction>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -58,6 +59,7 @@ QTreeWidget* fileList()
 {
     auto* list = new QTreeWidget;
     list->setRootIsDecorated(false);
+    list->setAccessibleName(QStringLiteral("Backed-up files"));
     list->setColumnCount(3);
     list->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Size"), QStringLiteral("Icon")});
     list->setIconSize(QSize(px(24), px(24)));
@@ -100,6 +102,10 @@ QWidget* extensionProbe()
     auto* field = new QLineEdit(QStringLiteral("FLAC"));
     field->setPlaceholderText(QStringLiteral("Extension, e.g. pdf"));
     field->setClearButtonEnabled(true);
+    field->setAccessibleName(QStringLiteral("Extension"));
+    // Qt's clear button is named by its action's text.
+    if (auto* clear = field->findChild<QAction*>(QStringLiteral("_q_qlineeditclearaction")))
+        clear->setText(QStringLiteral("Clear"));
     auto* normal = new QLabel;
     auto* removed = new QLabel;
     auto* answer = new QLabel;

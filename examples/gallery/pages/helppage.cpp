@@ -9,6 +9,7 @@
 #include <orvacat/orvacat.h>
 
 #include <QApplication>
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
@@ -87,7 +88,11 @@ public:
 
         auto* controls = new QHBoxLayout;
         controls->setSpacing(px(10));
-        controls->addWidget(new QLabel(QStringLiteral("Help language")));
+        auto* languageLabel = new QLabel(QStringLiteral("Help language"));
+        languageLabel->setBuddy(m_language);
+        // The box's popup list is met as a list of its own.
+        m_language->view()->setAccessibleName(languageLabel->text());
+        controls->addWidget(languageLabel);
         controls->addWidget(m_language);
         controls->addStretch(1);
         controls->addWidget(open);
@@ -140,6 +145,7 @@ private:
         m_help = new GalleryHelpWindow(context(), m_status, m_frame);
         // Shown inside the page rather than as a dialog of its own.
         m_help->setWindowFlags(Qt::Widget);
+        m_help->setAccessibleName(QStringLiteral("Online help"));
         m_help->layout()->setContentsMargins(0, 0, 0, 0);
         m_frame->layout()->addWidget(m_help);
         m_help->show();

@@ -65,6 +65,7 @@ public:
         : m_model(rowsPerPage)
     {
         m_table = new QTableWidget(0, 4);
+        m_table->setAccessibleName(QStringLiteral("Orders"));
         m_table->setHorizontalHeaderLabels({QStringLiteral("Order"), QStringLiteral("Customer"),
                                             QStringLiteral("City"), QStringLiteral("Amount")});
         m_table->setStyleSheet(getStyleSheet("component.table", false) + getStyleSheet("component.scrollbar", false));

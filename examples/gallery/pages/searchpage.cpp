@@ -134,9 +134,12 @@ QWidget* createPage()
     bar->setObjectName(QStringLiteral("galleryFilterBar"));
     bar->setPlaceholderText(QStringLiteral("Search names, then press Return"));
     bar->setFixedWidth(px(300));
+    bar->setAccessibleName(QStringLiteral("Search names"));
 
     // The menu belongs to the page; the bar only shows it.
     auto* menu = new QMenu(page);
+    // A popup menu is named by its window title.
+    menu->setWindowTitle(QStringLiteral("Match options"));
     menu->setStyleSheet(getStyleSheet("component.menu", false));
     auto* group = new QActionGroup(menu);
     const QList<QPair<QString, Match>> options{{QStringLiteral("Match anywhere"), Match::Anywhere},
@@ -158,6 +161,7 @@ QWidget* createPage()
     sort->setFixedSize(px(160), px(28));
 
     auto* list = new QListWidget;
+    list->setAccessibleName(QStringLiteral("Names"));
     list->setFrameShape(QFrame::NoFrame);
     list->setStyleSheet(QStringLiteral("QListWidget { background: #FFFFFF; outline: none; }"
                                        "QListWidget::item { padding: %1px %2px; color: #202124; }"
@@ -189,7 +193,9 @@ QWidget* createPage()
     controls->setSpacing(px(12));
     controls->addWidget(bar);
     controls->addStretch(1);
-    controls->addWidget(new QLabel(QStringLiteral("Sort")));
+    auto* sortLabel = new QLabel(QStringLiteral("Sort"));
+    sortLabel->setBuddy(sort);
+    controls->addWidget(sortLabel);
     controls->addWidget(sort);
 
     auto* layout = pageLayout(page);

@@ -77,6 +77,7 @@ QWidget* createPage()
 
     auto* table = new OrvaTableWidget(columns);
     fillRows(table->getTable());
+    table->getTable()->setAccessibleName(QStringLiteral("Files"));
 
     // Beside the table, what the columns measure right now.
     auto* widths = new QLabel;

@@ -27,7 +27,7 @@ QIcon homeIcon()
 {
     const double ratio = DPIinfo::getInstance()->getDPR();
     const int side = px(16);
-    QPixmap pixmap(int(side * ratio), int(side * ratio));
+    QPixmap pixmap(qRound(side * ratio), qRound(side * ratio));
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
@@ -77,6 +77,7 @@ QString treeStyle()
 QWidget* createPage()
 {
     auto* tree = new OrvaTreeWidget;
+    tree->setAccessibleName(QStringLiteral("Folders"));
     // The host owns the delegate; the tree is the natural owner here.
     auto* delegate = new ItemDelegate;
     delegate->setParent(tree);
