@@ -503,8 +503,9 @@ void TestSheetContract::announcedAsModalDialogs()
             // Started and ended as a dialog (an alert too, announced with the start in either order).
             QList<QAccessible::Event> announced;
             for (const AccessibilityEvent& event : accessibilityEvents) {
-                if (event.object == announcedObject
-                    && (event.type == QAccessible::DialogStart || event.type == QAccessible::DialogEnd || event.type == QAccessible::Alert))
+                const bool dialogEvent = event.type == QAccessible::DialogStart || event.type == QAccessible::DialogEnd
+                    || event.type == QAccessible::Alert;
+                if (event.object == announcedObject && dialogEvent)
                     announced << event.type;
             }
             QVERIFY2(!announced.isEmpty() && announced.last() == QAccessible::DialogEnd, qPrintable(row));

@@ -213,7 +213,8 @@ void TestSheets::messageTypes()
     // Named by its first line, described by its whole text.
     QAccessibleInterface* announced = QAccessible::queryAccessibleInterface(&sheet);
     QCOMPARE(announced->role(), alert ? QAccessible::AlertMessage : QAccessible::Dialog);
-    QCOMPARE(announced->text(QAccessible::Name) + '|' + announced->text(QAccessible::Description), QStringLiteral("Text|Text\nMore"));
+    QCOMPARE(announced->text(QAccessible::Name) + '|' + announced->text(QAccessible::Description),
+             QStringLiteral("Text|Text\nMore"));
 
     // Ok, then cancel: captions; each styled, 28 high, at least 120 or 80 wide; Ok the default.
     QStringList shown;

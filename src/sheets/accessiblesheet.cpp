@@ -19,8 +19,10 @@ bool isAlert(const QWidget* widget)
         return type == OrvaMessageSheet::WarningMessage || type == OrvaMessageSheet::QuestionMessage
             || type == OrvaMessageSheet::WarningQuestionMessage;
     }
-    if (auto* box = qobject_cast<const QMessageBox*>(widget))
-        return box->icon() == QMessageBox::Warning || box->icon() == QMessageBox::Critical || box->icon() == QMessageBox::Question;
+    if (auto* box = qobject_cast<const QMessageBox*>(widget)) {
+        const QMessageBox::Icon icon = box->icon();
+        return icon == QMessageBox::Warning || icon == QMessageBox::Critical || icon == QMessageBox::Question;
+    }
     return false;
 }
 

@@ -94,7 +94,8 @@ void showWarningMsg(const QString& title, const QString& text, QWidget* parent)
 void showWarningMsg(const QString& title, const QString& text, const QString& informativeText, QWidget* parent)
 {
     if (parent) {
-        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent->window()), title, parent);
+        execSheet(new OrvaMessageSheet(OrvaMessageSheet::WarningMessage, text, informativeText, parent->window()), title,
+                  parent);
         return;
     }
     execBox(QMessageBox::Warning, title, text, informativeText, QMessageBox::Ok, "component.warning_message_box",
@@ -110,7 +111,8 @@ int showConfirmMsgCustomBtn(const QString& title, const QString& text, const Msg
                             QWidget* parent)
 {
     if (parent)
-        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent->window()), title, parent);
+        return execSheet(new OrvaMessageSheet(OrvaMessageSheet::QuestionMessage, text, captions, parent->window()), title,
+                         parent);
     return execBox(QMessageBox::Question, title, text, QString(), QMessageBox::Ok | QMessageBox::Cancel,
                    "component.confirm_message_box", captions);
 }
