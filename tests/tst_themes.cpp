@@ -44,8 +44,8 @@ const QStringList stringKeys = words(
     "ok cancel wizard_client_upgrade first_page last_page prev_5_pages next_5_pages pagebar_refresh today "
     "accessible_calendar accessible_calendar_prev_month accessible_calendar_next_month sunday monday tuesday "
     "wednesday thursday friday saturday month_jan month_feb month_mar month_apr month_may month_jun month_jul "
-    "month_aug month_sep month_oct month_nov month_dec invalid_entry accessible_calendar_year accessible_button_path "
-    "accessible_button_path_more accessible_page accessible_current_page accessible_search accessible_search_options");
+    "month_aug month_sep month_oct month_nov month_dec invalid_entry accessible_calendar_month accessible_calendar_year "
+    "accessible_button_path accessible_button_path_more accessible_page accessible_current_page accessible_search accessible_search_options");
 // The file-type icons for hosts: one per type name of the file-type table, and "xxx".
 const QStringList fileTypes =
     words("acc ai audio bkpi doc exe fla htm idn image iso code pdf ppt psd swf ttf txt video xls zip xxx");
