@@ -79,6 +79,14 @@ struct PagingFooterInfo
  * startItem() from the model and fills its list. setPage() and
  * setItemCount() never emit. The model is the host's and must outlive the
  * bar; the constructor resets it to page 1 and 0 rows.
+ *
+ * Assistive technology hears the page buttons as "Page 7" (component string
+ * "accessible_page", %1 the number), the current one checkable, checked and
+ * described as "accessible_current_page"; blank buttons are left out. The
+ * arrows are named by their tooltips. A focused page button hands the focus
+ * to the current page when the page changes, and an arrow that is disabled
+ * by the change hands it there too. Under a right-to-left layout the bar is
+ * mirrored and the arrows' pictures turned round.
  */
 class ORVACAT_EXPORT OrvaPagingBar : public QWidget
 {

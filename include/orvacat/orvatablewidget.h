@@ -80,6 +80,9 @@ protected:
  * vertical scroll bar is shown only when the rows do not fit.
  *
  * Fill the rows through getTable(); the columns are fixed at construction.
+ * The body is one Tab stop (the arrow keys move inside it) and carries the
+ * column names in its own hidden header, where assistive technology reads
+ * them; name the body for it with getTable()->setAccessibleName().
  */
 class ORVACAT_EXPORT OrvaTableWidget : public QWidget
 {

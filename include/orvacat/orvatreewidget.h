@@ -28,6 +28,10 @@ class QMouseEvent;
  * and selectable. Key presses and right clicks are reported before the tree
  * handles them.
  *
+ * Assistive technology sees a tree of items named by their text, with their
+ * check state, and hears a check box ticked or cleared; name the tree itself
+ * with setAccessibleName().
+ *
  * The tree's own item selection background still comes from the style: make
  * it transparent (for instance "QTreeView::item:selected { background:
  * transparent; }") to let the highlight show.
