@@ -14,9 +14,9 @@
 
 namespace {
 
-// The screens ctest pins: factor 1.0, factor 4/3, ratio 2 at factor 1.0, and
-// ratio 1.5 at factor 4/3 (a 150 % screen), in this order.
-enum Screen { At72, At96, AtRatio2, AtRatio15 };
+// The screens ctest pins: factor 1.0, factor 4/3, ratio 2 at factor 1.0,
+// ratio 1.5 at factor 4/3 (a 150 % screen), and 144 dpi at ratio 1.
+enum Screen { At72, At96, AtRatio2, AtRatio15, At144 };
 
 Screen thisScreen()
 {
@@ -25,7 +25,8 @@ Screen thisScreen()
         return AtRatio2;
     if (scale == "1.5")
         return AtRatio15;
-    return qEnvironmentVariableIntValue("QT_FONT_DPI") == 72 ? At72 : At96;
+    const int dpi = qEnvironmentVariableIntValue("QT_FONT_DPI");
+    return dpi == 72 ? At72 : dpi == 144 ? At144 : At96;
 }
 
 // A resource folder of the test's own (images.json, images/) and a user
@@ -152,10 +153,16 @@ void TestRegistries::imagesAreScaledForTheScreen()
         {{20, 20}, {{5, 5}, {7, 7}, {10, 10}, {11, 11}}}, // 6.67 -> 7 -> 10.5 -> 11, not 5 * 2
         {{96, 48}, {{24, 12}, {32, 16}, {48, 24}, {48, 24}}},
     };
+    // 144 dpi is factor 2 at ratio 1 under Qt 5; Qt 6 keeps the logical DPI
+    // at 96 and makes it factor 4/3 at ratio 1.5. Either way a length covers
+    // twice its 72-dpi pixels on the device, and a picture as many device
+    // pixels as at ratio 2 or at ratio 1.5 (which differ by rounding only).
+    const bool qt6 = QT_VERSION_MAJOR >= 6;
     const Screen screen = thisScreen();
-    const double factor[] = {1.0, 4.0 / 3.0, 1.0, 4.0 / 3.0};
-    const double ratio[] = {1.0, 1.0, 2.0, 1.5};
-    const Screen sameFactorAtRatio1[] = {At72, At96, At72, At96};
+    const double factor[] = {1.0, 4.0 / 3.0, 1.0, 4.0 / 3.0, qt6 ? 4.0 / 3.0 : 2.0};
+    const double ratio[] = {1.0, 1.0, 2.0, 1.5, qt6 ? 1.5 : 1.0};
+    const Screen devicePixelsAs[] = {At72, At96, AtRatio2, AtRatio15, qt6 ? AtRatio15 : AtRatio2};
+    const Screen styleCopyAs[] = {At72, At96, At72, At96, qt6 ? At96 : AtRatio2};
     QCOMPARE(DPIinfo::getInstance()->getDPI(), factor[screen]);
     QCOMPARE(DPIinfo::getInstance()->getDPR(), ratio[screen]);
     for (const auto& row : rows) {
@@ -172,10 +179,10 @@ void TestRegistries::imagesAreScaledForTheScreen()
             ImageManager images;
             images.initialize(type);
             pixmap = images.getImage("pic", ImageManager::Normal);
-            QCOMPARE(pixmap.size(), row.expected[screen]);
+            QCOMPARE(pixmap.size(), row.expected[devicePixelsAs[screen]]);
             QCOMPARE(pixmap.devicePixelRatio(), ratio[screen]);
             // The style sheets' copy is sized for the factor alone: no ratio.
-            QCOMPARE(QImage(folder.tmpImage("pic")).size(), row.expected[sameFactorAtRatio1[screen]]);
+            QCOMPARE(QImage(folder.tmpImage("pic")).size(), row.expected[styleCopyAs[screen]]);
         }
         // Qt draws the picture on the device pixel for pixel, as a sheet shows its message icon.
         QLabel label;
