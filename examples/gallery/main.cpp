@@ -28,7 +28,7 @@ QString findThemeDir(const QString& requested)
     if (!requested.isEmpty())
         return QFileInfo(requested).absoluteFilePath();
     // Installed beside the executable (prefix/bin and prefix/share), else the build tree.
-    const QString installed = QCoreApplication::applicationDirPath() + QLatin1String("/../share/orvacat-qt/themes/default");
+    const QString installed = QCoreApplication::applicationDirPath() + QLatin1String("/../share/" ORVACAT_DATA_NAME "/themes/default");
     if (QFileInfo::exists(installed + QLatin1String("/images.json")))
         return QFileInfo(installed).canonicalFilePath();
     if (QFileInfo::exists(QStringLiteral(ORVACAT_INSTALLED_THEME_DIR "/images.json")))

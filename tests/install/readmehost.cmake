@@ -1,7 +1,9 @@
 # Turns the README's code blocks into a host project: the CMake block is the
 # project's own CMake, the C++ block with main() is its program, and every
-# other C++ block becomes the body of a function. Used by installtest.cmake.
-#   include() with README and OUT set.
+# other C++ block becomes the body of a function. The CMake block's package
+# (OrvacatQt or OrvacatQt6) becomes PACKAGE, the one that was built, as a host
+# on the other Qt major picks the other name. Used by installtest.cmake.
+#   include() with README, OUT and PACKAGE set.
 # The blocks are cut out by position, not as a CMake list: code has semicolons.
 
 file(READ ${README} rest)
@@ -26,6 +28,7 @@ while(TRUE)
     string(SUBSTRING "${rest}" ${after} -1 rest)
     math(EXPR index "${index} + 1")
     if(language STREQUAL "cmake")
+        string(REGEX REPLACE "OrvacatQt6?" "${PACKAGE}" body "${body}")
         string(APPEND cmake_block "${body}")
     elseif(language STREQUAL "cpp")
         if(body MATCHES "int main\\(")

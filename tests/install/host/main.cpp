@@ -8,6 +8,7 @@
 #include <QtSingleApplication>
 
 #include <QApplication>
+#include <QLibraryInfo>
 #include <QTemporaryDir>
 
 #ifdef ORVACAT_HOST_FORM
@@ -27,7 +28,11 @@ int main(int argc, char** argv)
     ComponentStrings::getInstance()->installStrings({{QStringLiteral("ok"), QStringLiteral("OK")}});
 
     OrvaButton button(ComponentStrings::getInstance()->getString(QStringLiteral("ok")), 7);
-    std::printf("host ok: %s %g\n", qPrintable(button.text()), DPIinfo::getInstance()->getDPI());
+    std::printf("host ok: %s %g, Qt %s\n", qPrintable(button.text()), DPIinfo::getInstance()->getDPI(), qVersion());
+    // Built against one Qt major, the host must run on that one alone: the
+    // toolkit of the other major in the same prefix is not to be picked up.
+    if (QLibraryInfo::version().majorVersion() != QT_VERSION_MAJOR)
+        return 1;
 #ifdef ORVACAT_HOST_FORM
     QWidget formHost;
     Ui::HostForm form;
