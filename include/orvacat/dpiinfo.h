@@ -16,9 +16,10 @@
  * measured once on the primary screen when the instance is first asked for.
  * Needs a live QApplication at that moment.
  *
- * A length of n pixels at 72 dpi covers n * getDPI() logical pixels, which Qt
- * paints on n * getDPI() * getDPR() device pixels. Qt 5 and Qt 6 split the
- * same screen differently between the two, and the product is what stays:
+ * A length of n pixels at 72 dpi covers trunc(n * getDPI()) logical pixels,
+ * which Qt paints on that many times getDPR() device pixels. Qt 5 and Qt 6
+ * split one screen differently between the two numbers; their product is
+ * what stays:
  *
  * | screen (QT_FONT_DPI, QT_SCALE_FACTOR) | Qt 5 getDPI(), getDPR() | Qt 6 getDPI(), getDPR() |
  * |---|---|---|
@@ -28,10 +29,12 @@
  * | 96 dpi, 1.5                           | 4/3, 1.5                | 4/3, 1.5                |
  * | 144 dpi, 1                            | 2.0, 1.0                | 4/3, 1.5                |
  *
- * Qt 6 reports a logical DPI of at most 96 and moves the rest of the density
- * into the ratio; up to 96 dpi both majors report the same two numbers, so a
- * widget, a style-sheet length and a picture come out with the same device
- * pixels. Above 96 dpi they agree to within the rounding of each length.
+ * With its default rounding policy Qt 6 reports a logical DPI of at most 96
+ * and moves the rest of the density into the ratio; up to 96 dpi both majors
+ * report the same two numbers, so a widget, a style-sheet length and a
+ * picture come out with the same device pixels. Above 96 dpi they agree to
+ * within the rounding of each length (a 64-pixel picture file is 32 device
+ * pixels at 144 dpi under both, a 12px style length 24).
  */
 class ORVACAT_EXPORT DPIinfo
 {
@@ -43,8 +46,9 @@ public:
 
     /**
      * The scale factor: the screen's logical horizontal DPI, rounded to an
-     * integer, divided by 72.0 (1.0 at 72 dpi, 4/3 at 96). Qt 6 never reports
-     * more than 96 dpi, so there it is at most 4/3.
+     * integer, divided by 72.0 (1.0 at 72 dpi, 4/3 at 96). Under Qt 6 the
+     * logical DPI is 96 on any denser screen, so the factor stays at 4/3 there
+     * and getDPR() grows instead.
      */
     double getDPI();
     /**
