@@ -460,7 +460,8 @@ void TestControls::lineEditIsNamedAndTellsItsError()
     QCOMPARE(accessible(field)->text(QAccessible::Description), invalid + QStringLiteral(". 1 to 65535"));
     port->setError(false);
     QCOMPARE(accessibleName(field), QStringLiteral("Port"));
-    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("1 to 65535"));
+    field->setToolTip(getHtmlEscapedStringForToolTip(QStringLiteral("The server's\nport")));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("The server's port. 1 to 65535"));
 
     // A name the host gives the field is kept, and marked as well.
     search->getLineEdit()->setAccessibleName(QStringLiteral("Invoice search"));

@@ -24,9 +24,11 @@ class QLineEdit;
  *
  * The pre label is the field's buddy, and the widget hands its focus to the
  * field. Screen readers hear the field named by the pre label; without one,
- * by a label the host made this widget's buddy, else by the placeholder. The
- * post label's text is the field's description. In the error state the name
- * ends in "(Invalid entry)" (the component string "invalid_entry") and the
+ * by a host label whose buddy is this widget or the field (only with the
+ * field as buddy does the label's mnemonic reach it), else by the
+ * placeholder. The field's tooltip (as plain text) and the post label's text
+ * are its description. In the error state the name ends in
+ * "(Invalid entry)" (the component string "invalid_entry") and the
  * description starts with it. A name or description the host sets on the
  * field itself is kept, and gets the same mark.
  */

@@ -96,7 +96,8 @@ bool OrvaLineEdit::eventFilter(QObject* watched, QEvent* event)
 {
     // Labels and placeholder are usually set after construction: their
     // texts are read again when the field is shown and when it gets focus.
-    if (watched == m_lineEdit && (event->type() == QEvent::Show || event->type() == QEvent::FocusIn))
+    if (watched == m_lineEdit
+        && (event->type() == QEvent::Show || event->type() == QEvent::FocusIn || event->type() == QEvent::ToolTipChange))
         updateAccessibleText();
     return QWidget::eventFilter(watched, event);
 }
@@ -130,10 +131,15 @@ void OrvaLineEdit::updateAccessibleText()
     QStringList description;
     if (error)
         description << invalid;
-    if (!m_hostDescription.isEmpty())
+    if (!m_hostDescription.isEmpty()) {
         description << m_hostDescription;
-    else if (!AccessibleText::plain(m_postLabel->text()).isEmpty())
-        description << AccessibleText::plain(m_postLabel->text());
+    } else {
+        // Qt would read a rich-text tooltip out with its markup.
+        for (const QString& text : {m_lineEdit->toolTip(), m_postLabel->text()}) {
+            if (!AccessibleText::plain(text).isEmpty())
+                description << AccessibleText::plain(text);
+        }
+    }
     const QString joined = description.join(QLatin1String(". "));
 
     // Each setter tells screen readers of the change; unchanged texts stay quiet.
