@@ -88,7 +88,7 @@ public:
 
         auto* frame = new QFrame;
         frame->setObjectName(QStringLiteral("ordersFrame"));
-        frame->setStyleSheet(QStringLiteral("QFrame#ordersFrame { border: 1px solid #DADCE0; background: #FFFFFF; }"));
+        frame->setStyleSheet(QStringLiteral("QFrame#ordersFrame { border: 1px solid #DADCE0; background: transparent; }"));
         auto* frameLayout = new QVBoxLayout(frame);
         frameLayout->setContentsMargins(1, 1, 1, 1);
         frameLayout->setSpacing(0);
