@@ -149,6 +149,7 @@ private Q_SLOTS:
         for (QAction* action : month->menu()->actions())
             menu << QString::number(action->data().toInt()) + action->text();
         QCOMPARE(menu.join(' '), QStringLiteral("1Jan 2Feb 3Mär 4Apr 5Mai 6Jun 7Jul 8Aug 9Sep 10Okt 11Nov 12Dez"));
+        QCOMPARE(QAccessible::queryAccessibleInterface(month->menu())->text(QAccessible::Name), QStringLiteral("Monat"));
 
         // Paged by the arrows, by the keyboard and across the year.
         view->setCurrentPage(2024, 2);
@@ -258,6 +259,7 @@ private Q_SLOTS:
         QCOMPARE(outline(view), QStringLiteral("Grouping 'Kalender' [Grouping [Client [Button 'Vorheriger Monat', "
                                                "Button 'Nächster Monat', ButtonMenu 'Februar', Button '2024'], "
                                                "Table 'Februar 2024'], Button 'Heute']"));
+        QVERIFY(!QAccessible::queryAccessibleInterface(calendar)->state().focusable); // the grid is
 
         // Days are named by their date, the neighbouring months' too; days before the minimum are disabled.
         QTableView* grid = gridOf(view);

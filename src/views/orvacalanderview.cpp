@@ -94,9 +94,10 @@ public:
     }
     QAccessible::State state() const override
     {
-        // The view hands its focus on to the day grid, which is the one
-        // focused object.
+        // Both hand their focus on to the day grid, which is the one
+        // focusable and focused object.
         QAccessible::State state = QAccessibleWidget::state();
+        state.focusable = false;
         state.focused = false;
         return state;
     }
@@ -506,6 +507,7 @@ void OrvaCalanderView::handleMonthMenu()
     if (!monthButton)
         return;
     if (QMenu* menu = monthButton->menu()) {
+        menu->setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_month")));
         const QList<QAction*> actions = menu->actions();
         for (QAction* action : actions) {
             const int month = action->data().toInt();
