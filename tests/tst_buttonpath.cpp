@@ -70,6 +70,8 @@ QString outline(QWidget* bar)
 /** Presses @p key where the focus is and names where it went: a button by its caption, a field by its name. */
 QString pressOnFocus(Qt::Key key)
 {
+    if (!QApplication::focusWidget())
+        return QStringLiteral("nothing");
     QTest::keyClick(QApplication::focusWidget(), key);
     QWidget* focus = QApplication::focusWidget();
     if (auto* button = qobject_cast<QAbstractButton*>(focus))
@@ -143,7 +145,7 @@ void TestButtonPath::longPathOverflowsIntoTheMenu()
     OrvaButtonPath bar;
     bar.resize(TestEnvironment::scaled(260), bar.height());
     bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(QTest::qWaitForWindowActive(&bar));
     bar.refresh(longPath);
     QSignalSpy spy(&bar, &OrvaButtonPath::sigUpdatePath);
     QVERIFY(spy.isValid());
@@ -226,7 +228,7 @@ void TestButtonPath::rightToLeftRunsFromTheRight()
     bar.setLayoutDirection(Qt::RightToLeft);
     bar.resize(TestEnvironment::scaled(260), bar.height());
     bar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    QVERIFY(QTest::qWaitForWindowActive(&bar));
     bar.refresh(QStringLiteral("/home/ada"));
     QVERIFY(cell(bar, 0)->mapTo(&bar, QPoint(0, 0)).x() > cell(bar, 2)->mapTo(&bar, QPoint(0, 0)).x());
     // The arrow points left, the reading way, and Left moves away from the root.

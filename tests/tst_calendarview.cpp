@@ -41,6 +41,8 @@ QString dates(QSignalSpy& spy)
 /** Presses @p key where the focus is and names where it went, without the "qt_calendar_" of Qt's names. */
 QString pressOnFocus(Qt::Key key)
 {
+    if (!QApplication::focusWidget())
+        return QStringLiteral("nothing");
     QTest::keyClick(QApplication::focusWidget(), key);
     QWidget* focus = QApplication::focusWidget();
     return focus ? focus->objectName().remove("qt_calendar_") : QStringLiteral("nothing");
