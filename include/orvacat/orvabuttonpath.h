@@ -32,9 +32,10 @@ class QToolButton;
  * Keyboard: the bar is one Tab stop, the folder the path leads to; the arrow
  * keys (and Home, End) move between the folder buttons that show whole and
  * the change-folder button, Space or Enter presses. Screen readers find a
- * tool bar (named "Folder path" by the component strings, or by
- * setAccessibleName()) holding the change-folder button while it shows and
- * one button per folder, named by the folder; the arrows are not there.
+ * tool bar (named by the component string "accessible_button_path", or by
+ * setAccessibleName()) holding the change-folder button while it shows
+ * ("accessible_button_path_more") and one button per folder, named by the
+ * folder; the arrows are not there.
  * Under a right-to-left layout the path runs from the right, its arrows
  * point left and the change-folder button sits at the right end.
  */

@@ -30,7 +30,9 @@ class QTableWidget;
  * the day grid. Screen readers find the day grid as a table named by the
  * month shown ("November 2026") whose cells are named by their whole date
  * ("Wednesday, 25 November 2026"), the selected day selected and today
- * described as today; the arrows, month, year and today buttons are named.
+ * described as today; the arrows, month, year and today buttons are named,
+ * the month menu and the year editor by the component strings
+ * "accessible_calendar_month" and "accessible_calendar_year".
  *
  * It is an item view only so that a combo box can take it as its popup
  * view; it shows no model and every item-view operation is inert. Inside
