@@ -3,6 +3,7 @@
 
 #include "testenvironment.h"
 #include "testmain.h"
+#include "warningcollector.h"
 
 #include <orvacat/orvacat.h>
 
@@ -295,6 +296,17 @@ private Q_SLOTS:
                 described << heard(cell).section(", ", 1);
         }
         QCOMPARE(described, QStringList(QStringLiteral("%1 %2 %3 (Heute)").arg(today.day()).arg(month).arg(today.year())));
+
+        // A host's own table, older than these names: English names rather than raw keys, and no warning.
+        ComponentStrings::getInstance()->installStrings({{QStringLiteral("today"), QStringLiteral("Heute")}});
+        WarningCollector warnings;
+        OrvaCalanderView older;
+        TestEnvironment::installDefaultTheme(QStringLiteral("deu"));
+        older.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&older));
+        QVERIFY(outline(&older).startsWith(QStringLiteral("Grouping 'Calendar' [Grouping [Client [Button 'Previous month', "
+                                                          "Button 'Next month'")));
+        QVERIFY(warnings.messages().filter(QStringLiteral("accessible")).isEmpty());
     }
 
     void selectorShowsThePickedDate()

@@ -29,6 +29,12 @@ public:
     void installStrings(const QMap<QString, QString>& strings);
     /** The caption under @p key, or @p key itself with a warning. */
     QString getString(const QString& key);
+    /**
+     * The caption under @p key, or @p fallback without a warning. For the
+     * names the toolkit gives assistive technology: a host's own table may
+     * predate those keys, and a name must never be empty or a raw key.
+     */
+    QString getString(const QString& key, const QString& fallback) const;
 
 private:
     QMap<QString, QString> m_strings;

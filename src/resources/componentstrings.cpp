@@ -25,3 +25,8 @@ QString ComponentStrings::getString(const QString& key)
     }
     return it.value();
 }
+
+QString ComponentStrings::getString(const QString& key, const QString& fallback) const
+{
+    return m_strings.value(key, fallback);
+}

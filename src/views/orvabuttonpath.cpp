@@ -152,7 +152,8 @@ OrvaButtonPath::OrvaButtonPath(QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
     setTabKeyNavigation(false);
     setFixedHeight(scaled(28));
-    setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_button_path")));
+    setAccessibleName(ComponentStrings::getInstance()->getString(
+        QStringLiteral("accessible_button_path"), QStringLiteral("Folder path")));
 
     // Without a parent: a menu inside the bar would take the bar's and the
     // button's style sheets as well as its own.
@@ -168,7 +169,8 @@ OrvaButtonPath::OrvaButtonPath(QWidget* parent)
     m_changeFolderBtn->setFixedSize(scaled(26), scaled(26));
     placeChangeFolderBtn();
     m_changeFolderBtn->setAccessibleName(
-        ComponentStrings::getInstance()->getString(QStringLiteral("accessible_button_path_more")));
+        ComponentStrings::getInstance()->getString(QStringLiteral("accessible_button_path_more"),
+                                                   QStringLiteral("Hidden folders")));
     m_changeFolderBtn->installEventFilter(this);
 
     connect(m_nameMapper, &QSignalMapper::mappedInt, this, &OrvaButtonPath::slotPathBarClicked);
