@@ -420,12 +420,11 @@ OrvaCalanderView::OrvaCalanderView(QWidget* parent)
     // Weekends drawn like working days: without a colour of their own they
     // take the day grid's text colour, which the theme decides.
     QTextCharFormat weekend = m_calendar->weekdayTextFormat(Qt::Saturday);
-    weekend.setForeground(QBrush(Qt::black));
+    weekend.clearForeground();
     m_calendar->setWeekdayTextFormat(Qt::Saturday, weekend);
     m_calendar->setWeekdayTextFormat(Qt::Sunday, weekend);
 
-    setAccessibleName(ComponentStrings::getInstance()->getString(
-        QStringLiteral("accessible_calendar"), QStringLiteral("Calendar")));
+    setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar")));
 
     handleNavigationBar();
     handleWeekdayHeader();
@@ -473,21 +472,18 @@ void OrvaCalanderView::handleNavigationBar()
 
     if (prevMonth) {
         prevMonth->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_prev_month"),
-                                                       QStringLiteral("Previous month")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_prev_month")));
     }
     if (nextMonth) {
         nextMonth->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_next_month"),
-                                                       QStringLiteral("Next month")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_next_month")));
     }
     showMonthArrows();
 
     if (yearEdit) {
         yearEdit->setAttribute(Qt::WA_MacShowFocusRect, false);
         yearEdit->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_year"),
-                                                       QStringLiteral("Year")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_year")));
     }
 
     if (navigationBar) {
@@ -512,8 +508,7 @@ void OrvaCalanderView::handleMonthMenu()
     if (!monthButton)
         return;
     if (QMenu* menu = monthButton->menu()) {
-        menu->setAccessibleName(ComponentStrings::getInstance()->getString(
-            QStringLiteral("accessible_calendar_month"), QStringLiteral("Month")));
+        menu->setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_month")));
         const QList<QAction*> actions = menu->actions();
         for (QAction* action : actions) {
             const int month = action->data().toInt();
