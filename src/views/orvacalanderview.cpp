@@ -424,7 +424,8 @@ OrvaCalanderView::OrvaCalanderView(QWidget* parent)
     m_calendar->setWeekdayTextFormat(Qt::Saturday, weekend);
     m_calendar->setWeekdayTextFormat(Qt::Sunday, weekend);
 
-    setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar")));
+    setAccessibleName(ComponentStrings::getInstance()->getString(
+        QStringLiteral("accessible_calendar"), QStringLiteral("Calendar")));
 
     handleNavigationBar();
     handleWeekdayHeader();
@@ -472,18 +473,21 @@ void OrvaCalanderView::handleNavigationBar()
 
     if (prevMonth) {
         prevMonth->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_prev_month")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_prev_month"),
+                                                       QStringLiteral("Previous month")));
     }
     if (nextMonth) {
         nextMonth->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_next_month")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_next_month"),
+                                                       QStringLiteral("Next month")));
     }
     showMonthArrows();
 
     if (yearEdit) {
         yearEdit->setAttribute(Qt::WA_MacShowFocusRect, false);
         yearEdit->setAccessibleName(
-            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_year")));
+            ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_year"),
+                                                       QStringLiteral("Year")));
     }
 
     if (navigationBar) {
@@ -508,7 +512,8 @@ void OrvaCalanderView::handleMonthMenu()
     if (!monthButton)
         return;
     if (QMenu* menu = monthButton->menu()) {
-        menu->setAccessibleName(ComponentStrings::getInstance()->getString(QStringLiteral("accessible_calendar_month")));
+        menu->setAccessibleName(ComponentStrings::getInstance()->getString(
+            QStringLiteral("accessible_calendar_month"), QStringLiteral("Month")));
         const QList<QAction*> actions = menu->actions();
         for (QAction* action : actions) {
             const int month = action->data().toInt();
