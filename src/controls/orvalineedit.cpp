@@ -53,8 +53,11 @@ OrvaLineEdit::OrvaLineEdit(QWidget* parent)
     m_layout->addWidget(m_lineEdit);
     m_layout->addWidget(m_postLabel);
 
-    // The pre label names the field, and its mnemonic focuses it; a host's
-    // label with this widget as buddy, or setFocus(), reaches the field too.
+    // The pre label names the field, and its mnemonic focuses it. setFocus()
+    // on this widget reaches the field too, but the widget keeps no focus
+    // policy of its own, so that focus chains list the field once; a host's
+    // label therefore needs the field, not this widget, as buddy for its
+    // mnemonic (a label passes over a buddy without a focus policy).
     m_preLabel->setBuddy(m_lineEdit);
     setFocusProxy(m_lineEdit);
     m_lineEdit->installEventFilter(this);
