@@ -28,8 +28,9 @@ OrvaFilterBar::OrvaFilterBar(QWidget* parent)
     // name for a screen reader, which sees no magnifying glass. A host that
     // labels the field sets its own accessible name over this one.
     ComponentStrings* strings = ComponentStrings::getInstance();
-    m_searchButton->setAccessibleName(strings->getString(QStringLiteral("accessible_search_options")));
-    setAccessibleName(strings->getString(QStringLiteral("accessible_search")));
+    m_searchButton->setAccessibleName(
+        strings->getString(QStringLiteral("accessible_search_options"), QStringLiteral("Search options")));
+    setAccessibleName(strings->getString(QStringLiteral("accessible_search"), QStringLiteral("Search")));
 
     // The padding keeps typed text clear of the button.
     setStyleSheet(getStyleSheet("component.lineedit", false) + getStyleSheet("component.filter_bar_padding", false));

@@ -207,8 +207,9 @@ OrvaPagingBar::OrvaPagingBar(OrvaPagingModel* model, QWidget* parent)
 
     installPageButtonAccessibility();
     ComponentStrings* strings = ComponentStrings::getInstance();
-    m_pageName = strings->getString(QStringLiteral("accessible_page"));
-    m_currentPageDescription = strings->getString(QStringLiteral("accessible_current_page"));
+    m_pageName = strings->getString(QStringLiteral("accessible_page"), QStringLiteral("Page %1"));
+    m_currentPageDescription =
+        strings->getString(QStringLiteral("accessible_current_page"), QStringLiteral("Current page"));
 
     m_mapper = new QSignalMapper(this);
 
