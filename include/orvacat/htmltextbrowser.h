@@ -9,14 +9,17 @@
 
 #include <orvacat/orvacat_export.h>
 
+#include <QElapsedTimer>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QSharedPointer>
 #include <QString>
 #include <QTextBrowser>
 #include <QUrl>
 
+class HelpPictureHandler;
 class QNetworkAccessManager;
 class QNetworkReply;
 
@@ -89,12 +92,15 @@ private:
  * HTML carrying a base tag (\<base href="..."\>), every distinct image source
  * of the page is downloaded from base URL + source into the cache folder
  * QDir::tempPath() + "/orvana_help/image", which is put in front of the
- * search paths; the view redraws as each download completes. The downloads
- * of a view share one network manager, at most six at a time to a server,
- * and a page starts at most 256 of them (the others are skipped with one
- * warning);
- * those still running when the view goes finish on their own. A page refers
- * to a cached picture as "../image/" followed by its file name.
+ * search paths. The pictures take their place as they arrive, laid out at
+ * the size their headers declare (the arrivals of 50 ms share one layout),
+ * and each is decoded when it is first drawn. The downloads of a view share
+ * one network manager, which fetches at most six at a time from a server;
+ * the view asks for twelve at a time, the next as each one ends, and a page
+ * starts at most 256 downloads (the others are skipped with one warning).
+ * Those running or waiting when the view goes finish on their own; those of
+ * a page not asked for yet when the next setText() comes are dropped. A page
+ * refers to a cached picture as "../image/" followed by its file name.
  *
  * The cache folders are created private to the user. If one of them is a
  * symbolic link or belongs to someone else, nothing is downloaded and the
@@ -158,23 +164,32 @@ protected:
 
 protected Q_SLOTS:
     /**
-     * A download for @p url finished: forgets and releases it, then redraws
-     * within 50 ms, once for all the downloads that finish meanwhile.
+     * A download for @p url finished: forgets and releases it, asks for the
+     * next picture waiting, and gives the page its picture (a failed one
+     * shows as missing): at once after a pause and for the page's last,
+     * else with those that finish within 50 ms of the previous hand-over.
+     * The page is laid out again where it changed in sight at once; out of
+     * sight, while more pictures are on their way, within 250 ms.
      * A table entry that is missing or belongs to a newer download of the
      * same URL is left alone.
      */
     void slotDownloadFinished(QString url, int res);
 
 private:
-    static bool isAcceptableImage(const QByteArray& data, const QString& where);
     void showArrivedPictures();
+    void startWaitingDownloads(int count);
 
     QString m_baseUrl;
     QUrl m_pageOrigin;
     QMap<QString, QString> m_sources; // the page's image source of each pending download, by URL
-    QList<QPair<QString, QString>> m_arrived; // pictures not yet handed to the page: its source, the file
+    QList<QPair<QString, QString>> m_arrived; // pictures not yet handed to the page: its source, the file (empty: failed)
+    QSet<QString> m_unsettled; // pictures handed over whose places still have the size of their stand-ins
+    QElapsedTimer m_unsettledSince;
+    QElapsedTimer m_lastHandOver;
     bool m_relayoutPending = false;
+    QPointer<HelpPictureHandler> m_pictureHandler; // lays out and draws the downloaded pictures, owned by the layout
     QMap<QString, ImageDownloader*> m_downloads;
+    QList<QPointer<ImageDownloader>> m_waiting; // not started yet, in page order
     QSharedPointer<QNetworkAccessManager> m_manager;
 };
 

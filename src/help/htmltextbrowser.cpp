@@ -5,18 +5,24 @@
 
 #include <orvacat/globals.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImageReader>
 #include <QNetworkAccessManager>
+#include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
 #include <QPointer>
+#include <QScreen>
+#include <QScrollBar>
 #include <QSet>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTextDocument>
+#include <QTextObjectInterface>
 #include <QTimer>
 #include <QUrl>
 
@@ -31,7 +37,10 @@ const QLatin1Char kQuote('"');
 
 const int kMaxPagePictures = 256;
 const int kRelayoutIntervalMs = 50;
-const int kDecodeBudgetMs = 25;
+const int kRelayoutDelayMs = 250; // for pictures out of sight
+// Twice the connections the manager opens to a server: each connection has
+// its next request waiting, and no request is made long before it is sent.
+const int kRequestsAhead = 12;
 
 // A picture is decoded whole: its declared size, not its file size, decides the memory it takes.
 const int kMaxImageSide = 8192;
@@ -57,14 +66,147 @@ bool isInside(const QString& path, const QString& folder)
     return !folder.isEmpty() && (path == folder || path.startsWith(folder.endsWith(QLatin1Char('/')) ? folder : folder + QLatin1Char('/')));
 }
 
+// The size the picture's header declares, read without decoding it; invalid
+// when the header names none. False, with a warning, when the picture takes
+// too many bytes or declares too many pixels.
+bool isAcceptableImage(QIODevice* device, qint64 bytes, const QString& where, QSize* declared = nullptr)
+{
+    if (bytes > ImageDownloader::maxImageSize()) {
+        qCWarning(debug_message) << "Help image too large, not shown:" << where;
+        return false;
+    }
+    const QSize size = QImageReader(device).size();
+    if (size.width() > kMaxImageSide || size.height() > kMaxImageSide || qint64(size.width()) * size.height() > kMaxImagePixels) {
+        qCWarning(debug_message) << "Help image declares too many pixels, not shown:" << where << size;
+        return false;
+    }
+    if (declared)
+        *declared = size;
+    return true;
+}
+
+bool isAcceptableImage(const QByteArray& data, const QString& where)
+{
+    QBuffer buffer;
+    buffer.setData(data);
+    return buffer.open(QIODevice::ReadOnly) && isAcceptableImage(&buffer, data.size(), where);
+}
+
+QPixmap decodedPicture(const QString& path)
+{
+    QFile file(path);
+    const QByteArray data = QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
+    QPixmap picture;
+    return isAcceptableImage(data, path) && picture.loadFromData(data) ? picture : missingPicture();
+}
+
 } // namespace
+
+/*
+ * Decoding a picture costs far more than laying it out, and a page of
+ * hundreds shows a few at a time. The downloaded pictures of a page are laid
+ * out at the size their headers declare and decoded when first drawn; the
+ * pictures still on their way take the place of the sign for a missing one.
+ * Every other picture is left to the handler the layout came with.
+ */
+class HelpPictureHandler : public QObject, public QTextObjectInterface
+{
+    Q_OBJECT
+    Q_INTERFACES(QTextObjectInterface)
+
+public:
+    HelpPictureHandler(QTextObjectInterface* fallback, QObject* parent)
+        : QObject(parent)
+        , m_fallback(fallback)
+    {
+    }
+
+    void clear() { m_pictures.clear(); }
+    void expect(const QString& source) { m_pictures.insert(source, {QString(), missingPicture().size()}); }
+    void arrived(const QString& source, const QString& file, QSize size) { m_pictures.insert(source, {file, size}); }
+    void forget(const QString& source) { m_pictures.remove(source); }
+
+    QSizeF intrinsicSize(QTextDocument* document, int position, const QTextFormat& format) override
+    {
+        const QTextImageFormat image = format.toImageFormat();
+        const auto picture = m_pictures.constFind(image.name());
+        if (picture == m_pictures.cend())
+            return m_fallback->intrinsicSize(document, position, format);
+        // As the fallback sizes a picture: a width or a height the page gives
+        // wins, keeping the proportions, and the whole is scaled from the
+        // primary screen's resolution to the view's.
+        const QSize natural = picture->size;
+        const bool hasWidth = image.hasProperty(QTextFormat::ImageWidth), hasHeight = image.hasProperty(QTextFormat::ImageHeight);
+        const int width = qRound(image.width()), height = qRound(image.height());
+        QSize size(hasWidth ? width : natural.width(), hasHeight ? height : natural.height());
+        if (hasHeight && !hasWidth && natural.height() > 0)
+            size.setWidth(qRound(height * (natural.width() / qreal(natural.height()))));
+        if (hasWidth && !hasHeight && natural.width() > 0)
+            size.setHeight(qRound(width * (natural.height() / qreal(natural.width()))));
+        if (const QPaintDevice* device = document->documentLayout()->paintDevice()) {
+            const QScreen* screen = QGuiApplication::primaryScreen();
+            const int standardDpi = QCoreApplication::testAttribute(Qt::AA_Use96Dpi) ? 96 : screen ? qRound(screen->logicalDotsPerInchY()) : 100;
+            size *= qreal(device->logicalDpiY()) / standardDpi;
+        }
+        return size;
+    }
+
+    void drawObject(QPainter* painter, const QRectF& rect, QTextDocument* document, int position, const QTextFormat& format) override
+    {
+        const QString name = format.toImageFormat().name();
+        const auto picture = m_pictures.find(name);
+        if (picture != m_pictures.end() && picture->file.isEmpty()) {
+            const QPixmap missing = missingPicture();
+            painter->drawPixmap(rect, missing, missing.rect());
+            return;
+        }
+        if (picture != m_pictures.end()) {
+            const QSize declared = picture->size;
+            const QPixmap decoded = decodedPicture(picture->file);
+            m_pictures.erase(picture);
+            document->addResource(QTextDocument::ImageResource, QUrl(name), decoded);
+            // A header that lied: lay the picture out again, once the painting is over.
+            if (decoded.size() != declared) {
+                QPointer<QTextDocument> guarded(document);
+                QTimer::singleShot(0, this, [guarded, position] {
+                    if (guarded && position < guarded->characterCount())
+                        guarded->markContentsDirty(position, 1);
+                });
+            }
+        }
+        m_fallback->drawObject(painter, rect, document, position, format);
+    }
+
+private:
+    struct Picture
+    {
+        QString file; // empty while it is on its way
+        QSize size;
+    };
+    QTextObjectInterface* m_fallback;
+    QHash<QString, Picture> m_pictures; // by the page's name for the picture
+};
 
 HtmlTextBrowser::HtmlTextBrowser(QWidget* parent)
     : QTextBrowser(parent)
 {
 }
 
-HtmlTextBrowser::~HtmlTextBrowser() = default;
+HtmlTextBrowser::~HtmlTextBrowser()
+{
+    // Started, the downloads finish and release themselves without the view.
+    startWaitingDownloads(m_waiting.size());
+}
+
+void HtmlTextBrowser::startWaitingDownloads(int count)
+{
+    while (count > 0 && !m_waiting.isEmpty()) {
+        if (ImageDownloader* downloader = m_waiting.takeFirst()) {
+            downloader->start(m_manager);
+            --count;
+        }
+    }
+}
 
 QString HtmlTextBrowser::baseUrl() const
 {
@@ -83,6 +225,19 @@ QString HtmlTextBrowser::imageCacheFolder()
 
 void HtmlTextBrowser::setText(const QString& text)
 {
+    // The pictures still on their way belong to the page this text replaces;
+    // those not asked for yet are not asked for at all.
+    for (ImageDownloader* downloader : qAsConst(m_waiting)) {
+        if (downloader && m_downloads.value(downloader->url()) == downloader)
+            m_downloads.remove(downloader->url());
+        delete downloader; // never started: nothing to wait for
+    }
+    m_waiting.clear();
+    m_sources.clear();
+    m_arrived.clear();
+    m_unsettled.clear();
+    if (m_pictureHandler)
+        m_pictureHandler->clear();
     if (!Qt::mightBeRichText(text)) {
         QTextBrowser::setText(text);
         return;
@@ -111,6 +266,14 @@ void HtmlTextBrowser::setText(const QString& text)
         return;
     }
     const QString imageFolder = HelpImageCache::folder();
+    QAbstractTextDocumentLayout* layout = document()->documentLayout();
+    if (!m_pictureHandler || m_pictureHandler->parent() != layout) {
+        // A layout of the host's own without a picture handler reads the pictures itself.
+        if (QTextObjectInterface* fallback = layout->handlerForObject(QTextFormat::ImageObject)) {
+            m_pictureHandler = new HelpPictureHandler(fallback, layout);
+            layout->registerHandler(QTextFormat::ImageObject, m_pictureHandler);
+        }
+    }
     QStringList paths = searchPaths();
     paths.prepend(imageFolder);
     setSearchPaths(paths);
@@ -168,9 +331,15 @@ void HtmlTextBrowser::setText(const QString& text)
         });
         m_downloads.insert(url, downloader);
         m_sources.insert(url, value);
+        if (m_pictureHandler)
+            m_pictureHandler->expect(value);
         ++started;
-        downloader->start(m_manager);
+        m_waiting.append(downloader);
     }
+    // Making a request costs about as much as handling its answer: made as
+    // the answers come, they are spread over the load instead of holding up
+    // the first layout.
+    startWaitingDownloads(kRequestsAhead);
 
     QTextBrowser::setText(text);
 }
@@ -241,26 +410,8 @@ QVariant HtmlTextBrowser::loadResource(int type, const QUrl& name)
     return refused;
 }
 
-bool HtmlTextBrowser::isAcceptableImage(const QByteArray& data, const QString& where)
-{
-    if (data.size() > ImageDownloader::maxImageSize()) {
-        qCWarning(debug_message) << "Help image too large, not shown:" << where;
-        return false;
-    }
-    QBuffer buffer;
-    buffer.setData(data);
-    const QSize declared = QImageReader(&buffer).size();
-    if (declared.width() > kMaxImageSide || declared.height() > kMaxImageSide
-        || qint64(declared.width()) * declared.height() > kMaxImagePixels) {
-        qCWarning(debug_message) << "Help image declares too many pixels, not shown:" << where << declared;
-        return false;
-    }
-    return true;
-}
-
 void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
 {
-    Q_UNUSED(res)
     ImageDownloader* stored = m_downloads.value(url);
     auto* finished = qobject_cast<ImageDownloader*>(sender());
     if (!finished && stored && stored->isFinished())
@@ -270,58 +421,80 @@ void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
         m_downloads.remove(url);
     if (finished)
         finished->deleteLater();
+    if (qobject_cast<ImageDownloader*>(sender()))
+        startWaitingDownloads(1);
     // The page asked for the picture before it was there: it is handed over
-    // later, under the name the page gives it.
-    const QString pageSource = m_sources.take(url);
-    if (finished && res == 0 && !pageSource.isEmpty())
-        m_arrived.append({pageSource, finished->localPath()});
+    // later, under the name the page gives it; a failed one as missing.
+    const QString pageSource = stored == finished ? m_sources.take(url) : QString();
+    if (finished && !pageSource.isEmpty())
+        m_arrived.append({pageSource, res == 0 ? finished->localPath() : QString()});
     // A relayout of a page with hundreds of pictures takes tens of
     // milliseconds: the pictures that arrive within one interval share one.
-    if (!m_relayoutPending) {
+    // The first after a pause and the last of the page are handed over at once.
+    const bool last = m_sources.isEmpty() && !m_arrived.isEmpty();
+    if (!m_relayoutPending || last) {
         m_relayoutPending = true;
-        QTimer::singleShot(kRelayoutIntervalMs, this, &HtmlTextBrowser::showArrivedPictures);
+        const qint64 since = m_lastHandOver.isValid() ? m_lastHandOver.elapsed() : kRelayoutIntervalMs;
+        QTimer::singleShot(last ? 0 : int(qBound<qint64>(0, kRelayoutIntervalMs - since, kRelayoutIntervalMs)), this,
+                           &HtmlTextBrowser::showArrivedPictures);
     }
 }
 
 void HtmlTextBrowser::showArrivedPictures()
 {
     m_relayoutPending = false;
-    // Decoding is the costly part: a burst of arrivals is spread over several
-    // turns of the event loop, each within a budget.
-    QElapsedTimer clock;
-    clock.start();
-    QSet<QString> shown;
-    while (!m_arrived.isEmpty() && clock.elapsed() < kDecodeBudgetMs) {
-        const QPair<QString, QString> arrived = m_arrived.takeFirst();
+    m_lastHandOver.start();
+    if (m_unsettled.isEmpty())
+        m_unsettledSince.start();
+    for (const QPair<QString, QString>& arrived : qAsConst(m_arrived)) {
+        m_unsettled.insert(arrived.first);
         QFile file(arrived.second);
-        const QByteArray data = QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly)
-            ? file.read(ImageDownloader::maxImageSize() + 1) : QByteArray();
-        // Decoded once here: handed over as bytes, it would be decoded again
-        // at every layout and paint.
-        QPixmap picture;
-        if (isAcceptableImage(data, arrived.second) && picture.loadFromData(data)) {
-            document()->addResource(QTextDocument::ImageResource, QUrl(arrived.first), picture);
-            shown.insert(arrived.first);
+        QSize declared;
+        const bool acceptable = !arrived.second.isEmpty() && QFileInfo(arrived.second).isFile() && file.open(QIODevice::ReadOnly)
+            && isAcceptableImage(&file, file.size(), arrived.second, &declared);
+        if (m_pictureHandler && acceptable && declared.isValid()) {
+            m_pictureHandler->arrived(arrived.first, arrived.second, declared);
+            continue;
         }
+        if (m_pictureHandler)
+            m_pictureHandler->forget(arrived.first);
+        // The page asked for it before it was there and keeps the answer
+        // unless given another: decoded as bytes, it would be decoded again
+        // at every layout and paint.
+        document()->addResource(QTextDocument::ImageResource, QUrl(arrived.first), acceptable ? decodedPicture(arrived.second) : missingPicture());
     }
+    m_arrived.clear();
     // Without a source, reload() leaves the laid-out page alone. Only the
-    // stretch that holds the new pictures is laid out again: the whole page
-    // would cost as much again as the pictures themselves.
+    // stretch that holds the new pictures is laid out again, and only where
+    // it was laid out with their stand-ins: the rest takes them when the
+    // layout gets there.
+    const qreal bottom = verticalScrollBar()->value() + viewport()->height();
     int first = -1, last = -1;
-    for (QTextBlock block = document()->begin(); block.isValid() && !shown.isEmpty(); block = block.next()) {
+    bool inSight = false;
+    for (QTextBlock block = document()->begin(); block.isValid() && !m_unsettled.isEmpty(); block = block.next()) {
+        if (!block.layout() || block.layout()->lineCount() == 0)
+            continue;
         for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
             const QTextCharFormat format = it.fragment().charFormat();
-            if (format.isImageFormat() && shown.contains(format.toImageFormat().name())) {
+            if (format.isImageFormat() && m_unsettled.contains(format.toImageFormat().name())) {
                 first = first < 0 ? it.fragment().position() : first;
                 last = it.fragment().position() + it.fragment().length();
+                inSight = inSight || block.layout()->position().y() < bottom;
             }
         }
     }
+    // Laying a long stretch out again costs about as much as laying it out
+    // first: out of sight, while more pictures are on their way, it waits
+    // for them a while.
+    if (first >= 0 && !inSight && !m_sources.isEmpty() && m_unsettledSince.elapsed() < kRelayoutDelayMs) {
+        m_relayoutPending = true;
+        QTimer::singleShot(kRelayoutIntervalMs, this, &HtmlTextBrowser::showArrivedPictures);
+        return;
+    }
+    m_unsettled.clear();
     if (first >= 0)
         document()->markContentsDirty(first, last - first);
     viewport()->update();
-    if (!m_arrived.isEmpty()) {
-        m_relayoutPending = true;
-        QTimer::singleShot(0, this, &HtmlTextBrowser::showArrivedPictures);
-    }
 }
+
+#include "htmltextbrowser.moc"
