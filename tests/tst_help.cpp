@@ -8,6 +8,7 @@
 #include <orvacat/htmltextbrowser.h>
 
 #include <QAbstractTextDocumentLayout>
+#include <QBuffer>
 #include <QImage>
 #include <QNetworkProxy>
 #include <QProcess>
@@ -442,6 +443,46 @@ private Q_SLOTS:
             QTRY_COMPARE(finished, (QList<QVariantList>{{downloader.url(), name == "refused.png" ? -1 : 0}}));
             QCOMPARE(fileContents(downloader.localPath()), name == "alone.png" ? m_tallPng : QByteArray());
         }
+    }
+
+    void picturesShowInPageOrder()
+    {
+        // Pictures of their own colours and sizes, one named twice and one that fails between them.
+        const QColor colours[] = {Qt::red, Qt::green, Qt::blue};
+        QMap<QByteArray, QByteArray> pictures;
+        for (int i = 0; i < 3; ++i) {
+            QImage image(40 + 20 * i, 30 + 10 * i, QImage::Format_RGB32);
+            image.fill(colours[i]);
+            QBuffer buffer(&pictures["/c" + QByteArray::number(i) + ".png"]);
+            QVERIFY(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "PNG"));
+        }
+        TestServer images;
+        images.handler = [&](QTcpSocket* socket, const QByteArray& target) { respond(socket, pictures.contains(target) ? 200 : 404, pictures.value(target)); };
+        HtmlTextBrowser view;
+        view.resize(300, 400);
+        view.show();
+        view.setText("<html><base href=\"" + images.origin() + "\"><p><img src=\"c0.png\"></p><p><img src=\"c1.png\"></p>"
+                     "<p><img src=\"gone.png\"></p><p><img src=\"c2.png\"></p><p><img src=\"c0.png\"></p>");
+        QTRY_VERIFY(view.pendingDownloads().isEmpty());
+        // Down the left edge of the pictures: each in its place at its own height, in page order.
+        auto shown = [&] {
+            const QImage grabbed = view.viewport()->grab().toImage();
+            QStringList runs;
+            QRgb previous = 0;
+            for (int y = 0; y < grabbed.height(); ++y) {
+                const QRgb pixel = grabbed.pixel(10, y);
+                const int colour = std::find(std::begin(colours), std::end(colours), QColor(pixel)) - std::begin(colours);
+                if (colour < 3 && pixel == previous)
+                    runs.last() = QString("%1:%2").arg(colour).arg(runs.last().section(':', 1).toInt() + 1);
+                else if (colour < 3)
+                    runs << QString("%1:1").arg(colour);
+                previous = pixel;
+            }
+            return runs;
+        };
+        QTRY_COMPARE(shown(), QStringList({"0:30", "1:40", "2:50", "0:30"}));
+        std::sort(images.targets.begin(), images.targets.end());
+        QCOMPARE(images.targets, (QList<QByteArray>{"/c0.png", "/c1.png", "/c2.png", "/gone.png"}));
     }
 
     void cacheRefusesPlantedFolders_data()
