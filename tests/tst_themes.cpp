@@ -410,6 +410,14 @@ void TestThemes::textContrastsWithItsBackground()
     for (const StyleRule& rule : rules)
         card = std::get<2>(rule).value(QStringLiteral("qproperty-cardColor"), card.name());
     QVERIFY(card.isValid());
+    // ... and the sheet paints its card in it.
+    useTheme(themeDir);
+    QWidget host;
+    auto* sheet = new OrvaMessageSheet(OrvaMessageSheet::InformationMessage, QStringLiteral("t"), QStringLiteral("i"), &host);
+    sheet->ensurePolished();
+    sheet->resize(sheet->sizeHint());
+    const int band = sheet->shadowWidth() + 1;
+    QCOMPARE(TestEnvironment::pixelAt(sheet->grab().toImage(), QPoint(band, band)), card);
 
     static const QRegularExpression state(QStringLiteral("(?<!:):[a-z-]+"));
     static const QRegularExpression subControl(QStringLiteral("::[a-z-]+"));
