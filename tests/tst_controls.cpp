@@ -381,6 +381,10 @@ void TestControls::buttonsAreNamedByWhatTheUserSees()
     search->setAccessibleName(QStringLiteral("Search options"));
     QCOMPARE(accessibleName(search), QStringLiteral("Search options"));
     QCOMPARE(accessibleName(remove), QStringLiteral("Delete"));
+    // Alt and the caption's mnemonic press it; an icon button has no such key.
+    const QString pressing = QAccessibleActionInterface::pressAction();
+    QCOMPARE(accessible(remove)->actionInterface()->keyBindingsForAction(pressing), QStringList(QStringLiteral("Alt+D")));
+    QCOMPARE(accessible(refresh)->actionInterface()->keyBindingsForAction(pressing), QStringList());
     QCOMPARE(accessible(remove)->text(QAccessible::Description), QStringLiteral("Deletes the file"));
     QCOMPARE(accessible(hidden)->role(), QAccessible::CheckBox);
     QCOMPARE(accessible(hidden)->text(QAccessible::Description), QString());
@@ -496,6 +500,8 @@ void TestControls::linkLabelWorksFromTheKeyboard()
     QCOMPARE(accessible(link)->role(), QAccessible::Link);
     QCOMPARE(accessibleName(link), QStringLiteral("Open the help"));
     QCOMPARE(accessible(link)->text(QAccessible::Value), QStringLiteral("https://help.example.org"));
+    link->setToolTip(QStringLiteral("<p>Opens in <i>your</i> browser</p>"));
+    QCOMPARE(accessible(link)->text(QAccessible::Description), QStringLiteral("Opens in your browser"));
 
     // Tab reaches it; Return, Enter and Space open it once each, held keys and other keys do not.
     QTest::keyClick(shown.other, Qt::Key_Tab);
