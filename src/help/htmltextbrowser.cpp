@@ -435,7 +435,7 @@ void HtmlTextBrowser::slotDownloadFinished(QString url, int res)
     if (!m_relayoutPending || last) {
         m_relayoutPending = true;
         const qint64 since = m_lastHandOver.isValid() ? m_lastHandOver.elapsed() : kRelayoutIntervalMs;
-        QTimer::singleShot(last ? 0 : int(qBound<qint64>(0, kRelayoutIntervalMs - since, kRelayoutIntervalMs)), this,
+        QTimer::singleShot(last ? 0 : int(qBound(qint64(0), kRelayoutIntervalMs - since, qint64(kRelayoutIntervalMs))), this,
                            &HtmlTextBrowser::showArrivedPictures);
     }
 }
