@@ -146,6 +146,9 @@ private:
         // Shown inside the page rather than as a dialog of its own.
         m_help->setWindowFlags(Qt::Widget);
         m_help->setAccessibleName(QStringLiteral("Online help"));
+        // The page itself is read in the browser inside: a screen reader names it too.
+        if (auto* browser = m_help->findChild<HtmlTextBrowser*>())
+            browser->setAccessibleName(QStringLiteral("Help page"));
         m_help->layout()->setContentsMargins(0, 0, 0, 0);
         m_frame->layout()->addWidget(m_help);
         m_help->show();
