@@ -21,11 +21,17 @@ void drawStretched(QPainter& painter, const QRect& target, const QPixmap& pixmap
     painter.drawPixmap(target, pixmap, pixmap.rect());
 }
 
+// The edge is scaled to the device pixels the band covers, so that it is
+// drawn 1:1 on a screen with a device-pixel ratio rather than stretched.
 QPixmap scaledEdge(const QPixmap& pixmap, int width, int height)
 {
     if (width <= 0 || height <= 0 || pixmap.isNull())
         return QPixmap();
-    return pixmap.scaled(width, height, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    const qreal ratio = pixmap.devicePixelRatio();
+    QPixmap edge = pixmap.scaled(qRound(width * ratio), qRound(height * ratio), Qt::IgnoreAspectRatio,
+                                 Qt::FastTransformation);
+    edge.setDevicePixelRatio(ratio);
+    return edge;
 }
 
 } // namespace
