@@ -19,7 +19,10 @@ if [ "$what" = test ] || [ "$what" = all ]; then
     # qttools5-dev and qt6-tools-dev bring the Designer headers the plugin is
     # built with; qt6-5compat-dev the QRegExp that the style-sheet tests
     # compare with under Qt 6.
-    packages+=(xvfb xauth x11-utils openssl libbenchmark-dev doxygen qttools5-dev qt6-tools-dev qt6-5compat-dev)
+    # dbus-daemon, dbus-bin and at-spi2-core give the accessibility runs a
+    # session bus with the AT-SPI bus on it.
+    packages+=(xvfb xauth x11-utils openssl libbenchmark-dev doxygen qttools5-dev qt6-tools-dev qt6-5compat-dev
+        dbus-daemon dbus-bin at-spi2-core)
 fi
 
 missing=()
