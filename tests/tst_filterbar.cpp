@@ -109,6 +109,14 @@ void TestFilterBar::comboFillsItsTemplateAndStylesItsPopup()
     QCOMPARE(box.styleSheet(), raw.arg(QString(), QStringLiteral("border: none;")) + getStyleSheet("component.scrollbar", false));
     // Qt's own popup delegate would ignore the sheet's item rules.
     QVERIFY(qobject_cast<QStyledItemDelegate*>(box.view()->itemDelegate()));
+
+    // A rich tooltip reaches a screen reader as words; a host's own description stays.
+    box.setToolTip(getHtmlEscapedStringForToolTip(QStringLiteral("Sort <by>\n  date")));
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&box);
+    QCOMPARE(face->text(QAccessible::Description), QStringLiteral("Sort <by> date"));
+    box.setAccessibleDescription(QStringLiteral("Order of the rows"));
+    box.setToolTip(QStringLiteral("Sort"));
+    QCOMPARE(face->text(QAccessible::Description), QStringLiteral("Order of the rows"));
 }
 
 ORVACAT_TEST_MAIN(TestFilterBar)

@@ -33,9 +33,13 @@ public:
 protected:
     /** Names the popup list after the box. */
     void showEvent(QShowEvent* event) override;
+    /** Describes the box by its tooltip as plain text, unless the host set a description. */
+    bool event(QEvent* event) override;
 
 private:
     ORVACAT_NO_EXPORT void nameThePopup();
+
+    QString m_toolTipDescription;
 };
 
 #endif // ORVACAT_ORVACOMBOBOX_H

@@ -6,6 +6,7 @@
 #include "controls/accessibletext_p.h"
 
 #include <QAbstractItemView>
+#include <QEvent>
 #include <QStyledItemDelegate>
 
 namespace {
@@ -53,6 +54,18 @@ void OrvaComboBox::showEvent(QShowEvent* event)
 {
     nameThePopup();
     QComboBox::showEvent(event);
+}
+
+bool OrvaComboBox::event(QEvent* event)
+{
+    // Qt reads the tooltip out as it stands when there is no description: a
+    // rich one, as getHtmlEscapedStringForToolTip() makes, would be markup.
+    if (event->type() == QEvent::ToolTipChange
+        && (accessibleDescription().isEmpty() || accessibleDescription() == m_toolTipDescription)) {
+        m_toolTipDescription = AccessibleText::plain(toolTip());
+        setAccessibleDescription(m_toolTipDescription);
+    }
+    return QComboBox::event(event);
 }
 
 void OrvaComboBox::nameThePopup()
