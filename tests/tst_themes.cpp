@@ -485,7 +485,7 @@ void TestThemes::focusIsVisible()
                          new OrvaIconButton(QStringLiteral("bt_search_dropdown")),
                          new OrvaCheckBox(QStringLiteral("Check box")), new OrvaRadioButton(QStringLiteral("Radio")),
                          field->getLineEdit(), wrong->getLineEdit(), combo, new OrvaDateSelector(QStringLiteral("d")),
-                         folder, crumb};
+                         folder, crumb, new LinkLabel(QStringLiteral("Read the manual"))};
     for (int role = 0; role < 6; ++role)
         controls << new OrvaButton(QStringLiteral("Button"), role);
     for (QWidget* widget : QWidgetList{elsewhere, field, wrong} + controls) {

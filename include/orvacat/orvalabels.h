@@ -78,6 +78,8 @@ protected:
     void changeEvent(QEvent* event) override;
     /** Takes the hover look back. */
     void hideEvent(QHideEvent* event) override;
+    /** The label, and a ring in its text colour while it has the focus. */
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     ORVACAT_NO_EXPORT void setHoverLook(bool on);

@@ -3,10 +3,12 @@
 #include <orvacat/stylemanager.h>
 
 #include "accessibletext_p.h"
+#include "resources/dpiscaling_p.h"
 
 #include <QAccessibleWidget>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QResizeEvent>
 
@@ -33,6 +35,12 @@ void OrvaLabel::resizeEvent(QResizeEvent* event)
 }
 
 namespace {
+
+// The link label's focus ring, as wide as the themes' rings on other controls.
+int focusRingWidth()
+{
+    return qMax(1, scaled(2.0));
+}
 
 // Takes the pointing hand a link label pushed off the application's override
 // cursors; whatever a host pushed over it since is put back as it was.
@@ -128,7 +136,10 @@ LinkLabel::LinkLabel(const QString& text, QLabel* parent)
     : QLabel(text, parent)
 {
     // Reachable with Tab like a button; a click focuses it like a button too.
+    // The margin leaves room for the focus ring, so the text never moves.
     setFocusPolicy(Qt::StrongFocus);
+    const int ring = focusRingWidth();
+    setContentsMargins(ring, ring, ring, ring);
     static const bool installed = (QAccessible::installFactory(&linkAccessibleFactory), true);
     Q_UNUSED(installed);
     AccessibleText::forgetEarlyInterface(this);
@@ -149,6 +160,21 @@ void LinkLabel::setHyperLink(const QString& link)
 QString LinkLabel::getHyperLink()
 {
     return m_hyperLink;
+}
+
+void LinkLabel::paintEvent(QPaintEvent* event)
+{
+    QLabel::paintEvent(event);
+    if (!hasFocus())
+        return;
+    // Drawn in the text's own colour, which the host or theme already chose to
+    // stand out from the background; a style sheet cannot select this label's
+    // focus unless the host gives it one.
+    QPainter painter(this);
+    const int ring = focusRingWidth();
+    painter.setPen(QPen(palette().color(foregroundRole()), ring));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRectF(rect()).adjusted(ring / 2.0, ring / 2.0, -ring / 2.0, -ring / 2.0));
 }
 
 void LinkLabel::setHoverLook(bool on)
