@@ -94,7 +94,12 @@ QGroupBox* barSection(const QString& title, const QString& path, int width, cons
     auto* location = new QLabel;
     new Navigator(bar, location, path);
 
-    layout->addWidget(frame, 0, Qt::AlignLeft);
+    // Without a width of its own the bar takes the section's: a table's
+    // default size hint is narrower than the short path at 4/3.
+    if (width > 0)
+        layout->addWidget(frame, 0, Qt::AlignLeft);
+    else
+        layout->addWidget(frame);
     layout->addWidget(location);
     layout->addWidget(note(explanation));
     return box;
