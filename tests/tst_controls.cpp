@@ -4,6 +4,8 @@
 #include "testmain.h"
 #include "testenvironment.h"
 
+#include <themefiles.h>
+
 #include <orvacat/orvacat.h>
 
 #include <QAccessible>
@@ -118,6 +120,7 @@ private Q_SLOTS:
     void iconButtonFromOnePicture();
 
     void lineEditTypesValidatesAndShowsErrors();
+    void placeholderStaysApartFromTypedText();
     void labelGrowsToItsWrappedText();
     void linkLabelHoverLook_data();
     void linkLabelHoverLook();
@@ -256,6 +259,30 @@ void TestControls::lineEditTypesValidatesAndShowsErrors()
     QVERIFY(edit.validate());
     edit.setError(false);
     QCOMPARE(TestEnvironment::centreColour(edit.getLineEdit()), QColor(Qt::white));
+}
+
+void TestControls::placeholderStaysApartFromTypedText()
+{
+    // The dark theme colours the field's text, which a style sheet also gives the placeholder, at every polish.
+    StyleManager::getInstance()->initialize(ThemeFiles::styleFiles(TestEnvironment::themeDir() + "/../dark"));
+    OrvaLineEdit hint, typed;
+    StyleManager::getInstance()->initialize(ThemeFiles::styleFiles(TestEnvironment::themeDir()));
+    hint.getLineEdit()->setPlaceholderText(QStringLiteral("MWMW"));
+    typed.getLineEdit()->setText(QStringLiteral("MWMW"));
+    auto inks = [](OrvaLineEdit& edit) { // the darkest pixel (the fill) and the lightest (the text)
+        edit.getLineEdit()->setFocusPolicy(Qt::NoFocus); // no text cursor
+        edit.show();
+        const QImage shot = edit.getLineEdit()->grab().toImage();
+        QPair<int, int> range(255, 0);
+        for (int i = 0; i < shot.width() * shot.height(); ++i) {
+            const int pixel = shot.pixelColor(i % shot.width(), i / shot.width()).lightness();
+            range = qMakePair(qMin(range.first, pixel), qMax(range.second, pixel));
+        }
+        return range;
+    };
+    QVERIFY(inks(hint).second < inks(typed).second - 40 && inks(hint).second > inks(hint).first + 40);
+    hint.setError(true);
+    QVERIFY(inks(hint).second < inks(typed).second - 40);
 }
 
 void TestControls::labelGrowsToItsWrappedText()

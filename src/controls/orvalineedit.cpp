@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QStyle>
 
 namespace {
@@ -25,6 +26,27 @@ QString invalidEntryText()
     const QString text = ComponentStrings::getInstance()->getString(key);
     debug_message.setEnabled(QtWarningMsg, warns);
     return text == key ? QStringLiteral("Invalid entry") : text;
+}
+
+// Before Qt 6.5 a style sheet's text colour paints the placeholder too, so on
+// a theme that colours the field a hint looks typed. Where the two are the
+// same colour the placeholder takes the text colour at reduced alpha; a
+// placeholder colour of its own (the style's, the host's) is left alone.
+void keepPlaceholderApart(QLineEdit* field)
+{
+    QPalette palette = field->palette();
+    bool changed = false;
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QColor hint = palette.color(group, QPalette::Text);
+        if (palette.color(group, QPalette::PlaceholderText) != hint)
+            continue;
+        hint.setAlphaF(0.6);
+        palette.setColor(group, QPalette::PlaceholderText, hint);
+        changed = true;
+    }
+    // The palette change comes back here once, finding nothing left to do.
+    if (changed)
+        field->setPalette(palette);
 }
 
 } // namespace
@@ -97,6 +119,10 @@ void OrvaLineEdit::setError(bool error)
 
 bool OrvaLineEdit::eventFilter(QObject* watched, QEvent* event)
 {
+    // Every polish that applies a style sheet (a new theme, the error look)
+    // sets the field's palette anew.
+    if (watched == m_lineEdit && event->type() == QEvent::PaletteChange)
+        keepPlaceholderApart(m_lineEdit);
     // Labels and placeholder are usually set after construction: their
     // texts are read again when the field is shown and when it gets focus.
     if (watched == m_lineEdit
