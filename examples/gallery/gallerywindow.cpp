@@ -1,6 +1,7 @@
 #include "gallerywindow.h"
 
 #include "gallerypages.h"
+#include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 #include <themefiles.h>
@@ -10,6 +11,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QMenu>
+#include <QPalette>
+#include <QStyle>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -96,9 +99,6 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
 {
     setObjectName(QStringLiteral("GalleryWindow"));
     setWindowTitle(QStringLiteral("Orvacat gallery"));
-
-    const double factor = DPIinfo::getInstance()->getDPI();
-    auto px = [factor](int n) { return int(n * factor); };
 
     m_languageBox->addItems(ThemeFiles::languages(themeDir));
     m_languageBox->setCurrentText(language);
@@ -198,17 +198,32 @@ void GalleryWindow::setDarkTheme(bool dark)
 
 void GalleryWindow::applyShellLook()
 {
-    const double factor = DPIinfo::getInstance()->getDPI();
-    auto px = [factor](int n) { return int(n * factor); };
+    darkLook() = m_themeDir == m_darkThemeDir;
+    // Plain Qt widgets, popups and the toolkit's palette-drawn parts (a bare
+    // sheet's card) take the look from the application palette; the pages'
+    // own sheets name their colours from the same list.
+    QPalette palette = QApplication::style()->standardPalette();
+    const QPair<QPalette::ColorRole, const char*> roles[] = {
+        {QPalette::Window, "page"},         {QPalette::WindowText, "text"},   {QPalette::Base, "card"},
+        {QPalette::AlternateBase, "strip"}, {QPalette::Text, "text"},         {QPalette::Button, "card"},
+        {QPalette::ButtonText, "text"},     {QPalette::ToolTipBase, "strip"}, {QPalette::ToolTipText, "text"},
+        {QPalette::PlaceholderText, "quiet"}, {QPalette::Highlight, "pick"},  {QPalette::HighlightedText, "pickink"},
+        {QPalette::Link, "link"},           {QPalette::LinkVisited, "link"},  {QPalette::Mid, "line"},
+    };
+    for (const auto& role : roles)
+        palette.setColor(role.first, lookColour(QLatin1String(role.second)));
+    for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, lookColour(QStringLiteral("faint")));
+    const QColor card = lookColour(QStringLiteral("card"));
+    palette.setColor(QPalette::Light, card.lighter(150));
+    palette.setColor(QPalette::Midlight, card.lighter(125));
+    palette.setColor(QPalette::Dark, card.darker(200));
+    QApplication::setPalette(palette);
+
     // The shell's own look. Pages group their controls in QGroupBoxes, drawn
     // here as cards on a quieter background; the toolkit's widgets keep the
     // theme's style sheets, which win over these rules.
-    const bool dark = m_themeDir == m_darkThemeDir;
-    // Card, line, text, quiet text, page list, its text, hover, picked text, picked, page.
-    const QStringList c = (dark ? QStringLiteral("#292A2D #3C4043 #E8EAED #BDC1C6 #202124 #DADCE0 #35363A #D2E3FC #314B70 #202124")
-                                : QStringLiteral("#FFFFFF #DADCE0 #202124 #5F6368 #F1F3F4 #3C4043 #E8EAED #174EA6 #D2E3FC #F8F9FA"))
-                              .split(QLatin1Char(' '));
-    QString sheet = QStringLiteral(
+    setStyleSheet(lookSheet(QStringLiteral(
         "#galleryHeader { background: @card; border-bottom: 1px solid @line; }"
         "#galleryHeader QLabel { color: @quiet; }"
         "#galleryHeader QLabel#galleryTitle { color: @text; font-weight: bold; font-size: %1px; }"
@@ -226,11 +241,7 @@ void GalleryWindow::applyShellLook()
         "#galleryPages QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left;"
         "  left: %9px; padding: 0px %10px; color: @text; font-weight: bold; }")
         .arg(px(15)).arg(px(6)).arg(px(7)).arg(px(14)).arg(px(6)).arg(px(20)).arg(px(10)).arg(px(8))
-        .arg(px(6)).arg(px(2));
-    const char* const names[] = {"@card", "@line", "@text", "@quiet", "@list", "@itemink", "@hover", "@pickink", "@pick", "@page"};
-    for (int i = 0; i < c.size(); ++i)
-        sheet.replace(QLatin1String(names[i]), c.at(i));
-    setStyleSheet(sheet);
+        .arg(px(6)).arg(px(2))));
 }
 
 void GalleryWindow::redressHeader()

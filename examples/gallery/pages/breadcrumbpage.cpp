@@ -82,8 +82,8 @@ QGroupBox* barSection(const QString& title, const QString& path, int width, cons
     // A field-like frame around the bar, as in a file browser's toolbar.
     auto* frame = new QFrame;
     frame->setObjectName(QStringLiteral("pathFrame"));
-    frame->setStyleSheet(QStringLiteral("QFrame#pathFrame { background: transparent; border: 1px solid #DADCE0;"
-                                        " border-radius: %1px; }").arg(px(4)));
+    frame->setStyleSheet(lookSheet(QStringLiteral("QFrame#pathFrame { background: transparent; border: 1px solid @line;"
+                                                  " border-radius: %1px; }")).arg(px(4)));
     auto* frameLayout = new QHBoxLayout(frame);
     frameLayout->setContentsMargins(px(2), px(2), px(2), px(2));
     auto* bar = new OrvaButtonPath;

@@ -19,7 +19,7 @@ QLabel* caption(const QString& text)
 {
     auto* label = new QLabel(text);
     label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    label->setStyleSheet(QStringLiteral("color: #5F6368;"));
+    label->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
     return label;
 }
 
@@ -114,7 +114,7 @@ QGroupBox* iconButtonSection()
     auto* hint = new QLabel(QStringLiteral("Point at, press and tab to the buttons: each state has its own picture, "
                                            "and the hover picture stays while a button has the focus."));
     hint->setWordWrap(true);
-    hint->setStyleSheet(QStringLiteral("color: #5F6368;"));
+    hint->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
     grid->addWidget(hint, 2, 0, 1, column + 1);
     return box;
 }

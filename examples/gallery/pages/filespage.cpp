@@ -65,12 +65,13 @@ QTreeWidget* fileList()
     list->setIconSize(QSize(px(24), px(24)));
     list->setAlternatingRowColors(false);
     list->setSelectionMode(QAbstractItemView::SingleSelection);
-    list->setStyleSheet(DPIinfo::getInstance()->getScaledStyleSheet(QStringLiteral(
-        "QTreeWidget { border: 1px solid #DADCE0; border-radius: 4px; background: white; outline: none; }"
-        "QTreeWidget::item { padding: 3px 10px 3px 0px; }"
-        "QTreeWidget::item:selected { background: #D2E3FC; color: #202124; }"
-        "QHeaderView::section { background: #F8F9FA; color: #5F6368; border: none;"
-        " border-bottom: 1px solid #DADCE0; padding: 5px 8px; }")));
+    list->setStyleSheet(DPIinfo::getInstance()->getScaledStyleSheet(
+        lookSheet(QStringLiteral("QTreeWidget { border: 1px solid @line; border-radius: 4px; background: @card; color: @text;"
+                                 " outline: none; }"
+                                 "QTreeWidget::item { padding: 3px 10px 3px 0px; }"
+                                 "QTreeWidget::item:selected { background: @pick; color: @pickink; }"
+                                 "QHeaderView::section { background: @strip; color: @quiet; border: none;"
+                                 " border-bottom: 1px solid @line; padding: 5px 8px; }"))));
 
     for (const SampleFile& file : sampleFiles) {
         const QString name = QString::fromUtf8(file.name);
@@ -83,7 +84,7 @@ QTreeWidget* fileList()
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
         if (file.removed) {
             for (int column = 0; column < 3; ++column)
-                item->setForeground(column, QColor(QStringLiteral("#9AA0A6")));
+                item->setForeground(column, lookColour(QStringLiteral("quiet")));
             item->setToolTip(0, QStringLiteral("Removed from the backup"));
         }
     }
@@ -109,7 +110,7 @@ QWidget* extensionProbe()
     auto* normal = new QLabel;
     auto* removed = new QLabel;
     auto* answer = new QLabel;
-    answer->setStyleSheet(QStringLiteral("color: #202124;"));
+    answer->setStyleSheet(lookSheet(QStringLiteral("color: @text;")));
     const int side = px(32);
     for (QLabel* label : {normal, removed})
         label->setFixedSize(side, side);

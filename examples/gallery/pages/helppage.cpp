@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QTcpServer>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace {
@@ -33,6 +34,22 @@ int closedLocalPort()
         probe.close();
     }
     return port;
+}
+
+/**
+ * The help pages carry colours of their own chosen for a light page (the
+ * heading's blue, the tip's grey), which fall under 4.5:1 on a dark one: the
+ * document keeps the light look's paper and ink in both looks.
+ */
+void showOnPaper(HelpWindow* help)
+{
+    auto* browser = help->findChild<HtmlTextBrowser*>();
+    if (!browser)
+        return;
+    const auto light = [](const char* name) { return lookColour(QLatin1String(name), false).name(); };
+    // A sheet, not a palette: a style sheet's polish puts back the palette it found.
+    browser->setStyleSheet(QStringLiteral("HtmlTextBrowser { background: %1; color: %2; }").arg(light("card"), light("text")));
+    browser->document()->setDefaultStyleSheet(QStringLiteral("a { color: %1; }").arg(light("link")));
 }
 
 /** Tells the page where the window took its content from. */
@@ -83,7 +100,7 @@ public:
 
         m_status = new QLabel(QStringLiteral("Asking the knowledge base..."));
         m_status->setObjectName(QStringLiteral("galleryHelpStatus"));
-        m_status->setStyleSheet(QStringLiteral("color: #5F6368;"));
+        m_status->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
         m_status->setWordWrap(true);
 
         auto* controls = new QHBoxLayout;
@@ -100,7 +117,7 @@ public:
         m_frame = new QWidget;
         m_frame->setObjectName(QStringLiteral("galleryHelpFrame"));
         m_frame->setAttribute(Qt::WA_StyledBackground);
-        m_frame->setStyleSheet(QStringLiteral("#galleryHelpFrame { border: 1px solid #C9D1DB; background: white; }"));
+        m_frame->setStyleSheet(lookSheet(QStringLiteral("#galleryHelpFrame { border: 1px solid @line; background: @card; }")));
         auto* frameLayout = new QVBoxLayout(m_frame);
         frameLayout->setContentsMargins(1, 1, 1, 1);
 
@@ -117,6 +134,7 @@ public:
             window->setAttribute(Qt::WA_DeleteOnClose);
             window->setWindowTitle(QStringLiteral("Help"));
             window->resize(px(520), px(420));
+            showOnPaper(window);
             window->show();
         });
         showHelp();
@@ -151,6 +169,7 @@ private:
             browser->setAccessibleName(QStringLiteral("Help page"));
         m_help->layout()->setContentsMargins(0, 0, 0, 0);
         m_frame->layout()->addWidget(m_help);
+        showOnPaper(m_help);
         m_help->show();
     }
 

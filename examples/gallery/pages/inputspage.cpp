@@ -84,7 +84,7 @@ QGroupBox* labelSection()
     auto* linkRow = new QHBoxLayout;
     auto* link = new LinkLabel(QStringLiteral("Open the online help"));
     link->setHyperLink(QStringLiteral("https://help.example.org/orvacat"));
-    link->setStyleSheet(QStringLiteral("color: #1A73E8;"));
+    link->setStyleSheet(lookSheet(QStringLiteral("color: @link;")));
     auto* linkStatus = note(QStringLiteral("(not clicked yet)"));
     linkStatus->setWordWrap(false);
     QObject::connect(link, &LinkLabel::clicked, linkStatus, [link, linkStatus] {
@@ -116,8 +116,8 @@ QGroupBox* tooltipSection()
     auto* preview = new QLabel(tip);
     preview->setTextFormat(Qt::RichText);
     preview->setToolTip(tip);
-    preview->setStyleSheet(QStringLiteral("QLabel { background: #F1F3F4; color: #202124; border: 1px solid #DADCE0;"
-                                          " border-radius: %1px; padding: %2px %3px; }")
+    preview->setStyleSheet(lookSheet(QStringLiteral("QLabel { background: @strip; color: @text; border: 1px solid @line;"
+                                                    " border-radius: %1px; padding: %2px %3px; }"))
                                .arg(px(3)).arg(px(2)).arg(px(6)));
     layout->addWidget(tipTarget);
     layout->addWidget(preview, 0, Qt::AlignLeft);
@@ -171,9 +171,9 @@ QGroupBox* footbarSection()
     auto* bar = new OrvaFootbar;
     bar->setObjectName(QStringLiteral("galleryFootbar"));
     bar->setAttribute(Qt::WA_StyledBackground);
-    bar->setStyleSheet(QStringLiteral("#galleryFootbar { background: #F8F9FA; border-top: 1px solid #DADCE0; }"));
+    bar->setStyleSheet(lookSheet(QStringLiteral("#galleryFootbar { background: @strip; border-top: 1px solid @line; }")));
     auto* help = new LinkLabel(QStringLiteral("Help"));
-    help->setStyleSheet(QStringLiteral("color: #1A73E8;"));
+    help->setStyleSheet(lookSheet(QStringLiteral("color: @link;")));
     bar->pushLeftWidget(help);
     bar->pushLeftWidget(note(QStringLiteral("3 items selected")));
     auto* cancel = new OrvaButton(ComponentStrings::getInstance()->getString(QStringLiteral("cancel")), 1);

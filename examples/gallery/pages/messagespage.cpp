@@ -91,7 +91,15 @@ QByteArray imageData(const QImage& frame)
 
 QByteArray spinnerGif(int size, int frames)
 {
-    const QVector<QRgb> palette = {qRgb(255, 255, 255), qRgb(214, 226, 246), qRgb(120, 160, 226), qRgb(26, 95, 180)};
+    // The sheet's card, then the dots from faint to the head: the look's link colour laid over the card.
+    const QColor card = lookColour(QStringLiteral("card"));
+    const QColor ink = lookColour(QStringLiteral("link"));
+    auto over = [&card, &ink](double share) {
+        return qRgb(qRound(card.red() + (ink.red() - card.red()) * share),
+                    qRound(card.green() + (ink.green() - card.green()) * share),
+                    qRound(card.blue() + (ink.blue() - card.blue()) * share));
+    };
+    const QVector<QRgb> palette = {card.rgb(), over(0.25), over(0.6), ink.rgb()};
     QByteArray gif("GIF89a");
     appendLittle16(gif, size);
     appendLittle16(gif, size);
@@ -139,12 +147,15 @@ QByteArray spinnerGif(int size, int frames)
     return gif;
 }
 
-/** The spinner file, written once per run into the temporary folder. */
+/** The spinner file of the current look, written once per run into the temporary folder. */
 QString spinnerPath()
 {
-    static QString path;
+    static QString paths[2];
+    QString& path = paths[darkLook() ? 1 : 0];
     if (path.isEmpty()) {
-        const QString candidate = QDir(QDir::tempPath()).filePath(QStringLiteral("orvacat-gallery-spinner.gif"));
+        const QString candidate = QDir(QDir::tempPath())
+                                      .filePath(darkLook() ? QStringLiteral("orvacat-gallery-spinner-dark.gif")
+                                                           : QStringLiteral("orvacat-gallery-spinner.gif"));
         QFile file(candidate);
         if (file.open(QIODevice::WriteOnly) && file.write(spinnerGif(64, 8)) > 0)
             path = candidate;
@@ -166,7 +177,7 @@ public:
         auto* resultBox = new QGroupBox(QStringLiteral("Last result"));
         auto* resultLayout = new QVBoxLayout(resultBox);
         m_result->setObjectName(QStringLiteral("lastResult"));
-        m_result->setStyleSheet(QStringLiteral("color: #1A5FB4; font-weight: bold;"));
+        m_result->setStyleSheet(lookSheet(QStringLiteral("color: @link; font-weight: bold;")));
         resultLayout->addWidget(m_result);
 
         layout->addWidget(sheetSection());

@@ -84,11 +84,11 @@ public:
         m_bar = new OrvaPagingBar(&m_model);
 
         m_status = new QLabel;
-        m_status->setStyleSheet(QStringLiteral("color: #5F6368;"));
+        m_status->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
 
         auto* frame = new QFrame;
         frame->setObjectName(QStringLiteral("ordersFrame"));
-        frame->setStyleSheet(QStringLiteral("QFrame#ordersFrame { border: 1px solid #DADCE0; background: transparent; }"));
+        frame->setStyleSheet(lookSheet(QStringLiteral("QFrame#ordersFrame { border: 1px solid @line; background: transparent; }")));
         auto* frameLayout = new QVBoxLayout(frame);
         frameLayout->setContentsMargins(1, 1, 1, 1);
         frameLayout->setSpacing(0);

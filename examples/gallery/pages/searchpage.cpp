@@ -163,21 +163,21 @@ QWidget* createPage()
     auto* list = new QListWidget;
     list->setAccessibleName(QStringLiteral("Names"));
     list->setFrameShape(QFrame::NoFrame);
-    list->setStyleSheet(QStringLiteral("QListWidget { background: #FFFFFF; outline: none; }"
-                                       "QListWidget::item { padding: %1px %2px; color: #202124; }"
-                                       "QListWidget::item:selected { background: #E8F0FE; color: #174EA6; }")
+    list->setStyleSheet(lookSheet(QStringLiteral("QListWidget { background: @card; outline: none; }"
+                                                 "QListWidget::item { padding: %1px %2px; color: @text; }"
+                                                 "QListWidget::item:selected { background: @pick; color: @pickink; }"))
                             .arg(px(3))
                             .arg(px(8))
                         + getStyleSheet("component.scrollbar", false));
     auto* frame = new QFrame;
     frame->setObjectName(QStringLiteral("namesFrame"));
-    frame->setStyleSheet(QStringLiteral("QFrame#namesFrame { border: 1px solid #DADCE0; background: #FFFFFF; }"));
+    frame->setStyleSheet(lookSheet(QStringLiteral("QFrame#namesFrame { border: 1px solid @line; background: @card; }")));
     auto* frameLayout = new QVBoxLayout(frame);
     frameLayout->setContentsMargins(1, 1, 1, 1);
     frameLayout->addWidget(list);
 
     auto* count = new QLabel;
-    count->setStyleSheet(QStringLiteral("color: #5F6368;"));
+    count->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
     auto* finder = new NameFinder(list, count, page);
 
     QObject::connect(bar, &OrvaFilterBar::sigKeywordChanged, finder, [finder](const QString& keyword) {

@@ -1,6 +1,6 @@
 // Gallery page: the sheet frame over its mask. A sample application window is
 // dimmed by the mask, and the sheet sits in its middle with its drop shadow
-// and white card. A button puts the same sheet over the gallery window itself,
+// and its card. A button puts the same sheet over the gallery window itself,
 // where the mask follows the window as it is resized.
 
 #include "gallerypages.h"
@@ -43,12 +43,12 @@ QWidget* sheetContent(const QString& title, const QString& text, const QList<QPa
     layout->setSpacing(px(10));
 
     auto* heading = new QLabel(title);
-    heading->setStyleSheet(QStringLiteral("color: #202124; font-weight: bold;"));
+    heading->setStyleSheet(lookSheet(QStringLiteral("color: @text; font-weight: bold;")));
     layout->addWidget(heading);
 
     auto* body = new QLabel(text);
     body->setWordWrap(true);
-    body->setStyleSheet(QStringLiteral("color: #3C4043;"));
+    body->setStyleSheet(lookSheet(QStringLiteral("color: @itemink;")));
     layout->addWidget(body);
 
     auto* buttons = new QHBoxLayout;
@@ -80,7 +80,7 @@ QWidget* sampleWindow(QWidget* owner)
     auto* window = new QWidget(owner, Qt::Window);
     window->setAttribute(Qt::WA_DontShowOnScreen);
     window->setObjectName(QStringLiteral("sampleWindow"));
-    window->setStyleSheet(QStringLiteral("#sampleWindow { background: #FFFFFF; }"));
+    window->setStyleSheet(lookSheet(QStringLiteral("#sampleWindow { background: @card; }")));
     auto* outer = new QVBoxLayout(window);
     outer->setContentsMargins(0, 0, 0, 0);
     outer->setSpacing(0);
@@ -88,7 +88,7 @@ QWidget* sampleWindow(QWidget* owner)
     auto* titleBar = new QLabel(QStringLiteral("Invoices - Orva Ledger"));
     titleBar->setAlignment(Qt::AlignCenter);
     titleBar->setFixedHeight(px(26));
-    titleBar->setStyleSheet(QStringLiteral("background: #E8EAED; color: #3C4043; border-bottom: 1px solid #DADCE0;"));
+    titleBar->setStyleSheet(lookSheet(QStringLiteral("background: @hover; color: @itemink; border-bottom: 1px solid @line;")));
     outer->addWidget(titleBar);
 
     auto* body = new QHBoxLayout;
@@ -100,9 +100,9 @@ QWidget* sampleWindow(QWidget* owner)
     folders->setCurrentRow(0);
     folders->setFixedWidth(px(120));
     folders->setFrameShape(QFrame::NoFrame);
-    folders->setStyleSheet(QStringLiteral("QListWidget { background: #F1F3F4; color: #3C4043; padding-top: 6px; }"
-                                          "QListWidget::item { padding: 4px 10px; }"
-                                          "QListWidget::item:selected { background: #D2E3FC; color: #174EA6; }"));
+    folders->setStyleSheet(lookSheet(QStringLiteral("QListWidget { background: @list; color: @itemink; padding-top: 6px; }"
+                                                    "QListWidget::item { padding: 4px 10px; }"
+                                                    "QListWidget::item:selected { background: @pick; color: @pickink; }")));
     body->addWidget(folders);
 
     auto* document = new QWidget;
@@ -110,7 +110,7 @@ QWidget* sampleWindow(QWidget* owner)
     lines->setContentsMargins(px(16), px(12), px(16), px(12));
     lines->setSpacing(px(6));
     auto* heading = new QLabel(QStringLiteral("March invoices"));
-    heading->setStyleSheet(QStringLiteral("color: #202124; font-weight: bold;"));
+    heading->setStyleSheet(lookSheet(QStringLiteral("color: @text; font-weight: bold;")));
     lines->addWidget(heading);
     const char* const rows[] = {
         "2026-031  Harbour Logistics      1 240.00",
@@ -122,8 +122,8 @@ QWidget* sampleWindow(QWidget* owner)
     };
     for (const char* row : rows) {
         auto* line = new QLabel(QString::fromUtf8(row));
-        line->setStyleSheet(QStringLiteral("color: #3C4043; font-family: monospace; "
-                                           "border-bottom: 1px solid #EEEEEE; padding-bottom: 3px;"));
+        line->setStyleSheet(lookSheet(QStringLiteral("color: @itemink; font-family: monospace; "
+                                                     "border-bottom: 1px solid @line; padding-bottom: 3px;")));
         lines->addWidget(line);
     }
     lines->addStretch(1);
@@ -155,7 +155,7 @@ QLabel* framedShot(const QPixmap& shot)
 {
     auto* label = new QLabel;
     label->setPixmap(shot);
-    label->setStyleSheet(QStringLiteral("border: 1px solid #BDC1C6;"));
+    label->setStyleSheet(lookSheet(QStringLiteral("border: 1px solid @line;")));
     label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     return label;
 }
@@ -220,7 +220,7 @@ QWidget* createPage()
     boxLayout->addWidget(note(QStringLiteral(
         "The mask covers the whole window in black at alpha 20 and holds the sheet in its middle. "
         "The sheet keeps a band of 22 pixels (times the screen factor) on every side for its drop "
-        "shadow, painted from eight pictures; its content lies on the white card inside the band.")));
+        "shadow, painted from eight pictures; its content lies on the card inside the band.")));
     boxLayout->addWidget(framedShot(sampleWindowShot(page, QSize(px(600), px(330)))), 0, Qt::AlignHCenter);
     layout->addWidget(box);
 

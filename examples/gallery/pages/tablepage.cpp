@@ -108,7 +108,7 @@ QWidget* createPage()
     // A hairline around the table: its own style has no border.
     auto* frame = new QFrame;
     frame->setObjectName(QStringLiteral("tableFrame"));
-    frame->setStyleSheet(QStringLiteral("QFrame#tableFrame { border: 1px solid #DADCE0; background: #FFFFFF; }"));
+    frame->setStyleSheet(lookSheet(QStringLiteral("QFrame#tableFrame { border: 1px solid @line; background: @card; }")));
     auto* frameLayout = new QVBoxLayout(frame);
     frameLayout->setContentsMargins(1, 1, 1, 1);
     frameLayout->addWidget(table);

@@ -129,7 +129,7 @@ QWidget* createPage()
     log->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     log->setMinimumHeight(px(60));
     log->setStyleSheet(DPIinfo::getInstance()->getScaledStyleSheet(
-        QStringLiteral("QLabel { background: #F8F9FA; border: 1px solid #DADCE0; border-radius: 4px; padding: 8px; }")));
+        lookSheet(QStringLiteral("QLabel { background: @strip; color: @text; border: 1px solid @line; border-radius: 4px; padding: 8px; }"))));
     QObject::connect(tree, &OrvaTreeWidget::sigMouseRightClickEvent, log, [tree, log](QMouseEvent* event) {
         QTreeWidgetItem* item = tree->itemAt(event->pos());
         log->setText(QStringLiteral("Right click on \u201c%1\u201d").arg(item ? item->text(0) : QStringLiteral("nothing")));
