@@ -89,33 +89,39 @@ QGroupBox* iconButtonSection()
         {QStringLiteral("bt_pagebar_nextend"), strings->getString(QStringLiteral("last_page"))},
         {QStringLiteral("bt_search_dropdown"), QStringLiteral("Search options")},
     };
-    int column = 0;
+    // Four to a row, each over its picture's name, so that the section fits
+    // a 1366-pixel screen at 96 dpi.
+    constexpr int perRow = 4;
+    int placed = 0;
+    auto place = [grid, &placed](OrvaIconButton* button, const QString& name) {
+        const int row = placed / perRow * 2;
+        const int column = placed % perRow;
+        grid->addWidget(button, row, column, Qt::AlignHCenter | Qt::AlignVCenter);
+        grid->addWidget(caption(name), row + 1, column);
+        ++placed;
+    };
     for (const auto& key : keys) {
         auto* button = new OrvaIconButton(key.first);
         button->setToolTip(getHtmlEscapedStringForToolTip(key.second));
-        grid->addWidget(button, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
-        grid->addWidget(caption(key.first), 1, column);
-        ++column;
+        place(button, key.first);
     }
 
     // The same picture disabled, and one made from a single pixmap.
     auto* disabled = new OrvaIconButton(QStringLiteral("bt_pagebar_refresh"));
     disabled->setToolTip(strings->getString(QStringLiteral("pagebar_refresh")));
     disabled->setEnabled(false);
-    grid->addWidget(disabled, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
-    grid->addWidget(caption(QStringLiteral("disabled")), 1, column++);
+    place(disabled, QStringLiteral("disabled"));
 
     auto* single = new OrvaIconButton(getGlobalImage("folder", ImageManager::Normal));
     single->setToolTip(QStringLiteral("Open folder"));
-    grid->addWidget(single, 0, column, Qt::AlignHCenter | Qt::AlignVCenter);
-    grid->addWidget(caption(QStringLiteral("one pixmap")), 1, column++);
+    place(single, QStringLiteral("one pixmap"));
 
-    grid->setColumnStretch(column, 1);
+    grid->setColumnStretch(perRow, 1);
     auto* hint = new QLabel(QStringLiteral("Point at, press and tab to the buttons: each state has its own picture, "
                                            "and the hover picture stays while a button has the focus."));
     hint->setWordWrap(true);
     hint->setStyleSheet(lookSheet(QStringLiteral("color: @quiet;")));
-    grid->addWidget(hint, 2, 0, 1, column + 1);
+    grid->addWidget(hint, grid->rowCount(), 0, 1, perRow + 1);
     return box;
 }
 
