@@ -171,6 +171,7 @@ OrvaButtonPath::OrvaButtonPath(QWidget* parent)
     m_changeFolderBtn->setAccessibleName(
         ComponentStrings::getInstance()->getString(QStringLiteral("accessible_button_path_more"),
                                                    QStringLiteral("Hidden folders")));
+    m_changeFolderMenu->setWindowTitle(m_changeFolderBtn->accessibleName());
     m_changeFolderBtn->installEventFilter(this);
 
     connect(m_nameMapper, &QSignalMapper::mappedInt, this, &OrvaButtonPath::slotPathBarClicked);
