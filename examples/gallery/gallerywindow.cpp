@@ -1,16 +1,15 @@
 #include "gallerywindow.h"
 
+#include "accessibilitywalk.h"
 #include "gallerypages.h"
 #include "pagebuilding.h"
 
 #include <orvacat/orvacat.h>
 #include <themefiles.h>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QMenu>
 #include <QPalette>
 #include <QStyle>
 #include <QDir>
@@ -31,61 +30,6 @@ QSize designSize()
 {
     const double factor = DPIinfo::getInstance()->getDPI();
     return QSize(int(1040 * factor), int(680 * factor));
-}
-
-/** Whether a screen reader user can act on what @p iface stands for. */
-bool isInteractive(QAccessibleInterface* iface)
-{
-    switch (iface->role()) {
-    case QAccessible::PushButton:
-    case QAccessible::CheckBox:
-    case QAccessible::RadioButton:
-    case QAccessible::ComboBox:
-    case QAccessible::EditableText:
-    case QAccessible::Link:
-    case QAccessible::ButtonMenu:
-    case QAccessible::ButtonDropDown:
-    case QAccessible::ButtonDropGrid:
-    case QAccessible::SpinBox:
-    case QAccessible::Slider:
-    case QAccessible::PageTab:
-    case QAccessible::MenuItem:
-    case QAccessible::PopupMenu:
-    case QAccessible::List:
-    case QAccessible::ListItem:
-    case QAccessible::Table:
-    case QAccessible::Tree:
-    case QAccessible::TreeItem:
-    case QAccessible::Cell:
-    case QAccessible::ColumnHeader:
-    case QAccessible::RowHeader:
-    case QAccessible::Dialog:
-    case QAccessible::AlertMessage:
-        return true;
-    default:
-        return iface->state().focusable;
-    }
-}
-
-/** Adds a line to @p out for every shown, interactive and unnamed object under @p iface. */
-int reportUnnamed(QAccessibleInterface* iface, const QString& where, QTextStream& out, int depth = 0)
-{
-    if (!iface || !iface->isValid() || iface->state().invisible || depth > 64)
-        return 0;
-    int unnamed = 0;
-    // A separator names nothing and needs no name.
-    const bool separator = iface->role() == QAccessible::Separator;
-    if (!separator && isInteractive(iface) && iface->text(QAccessible::Name).trimmed().isEmpty()) {
-        const QObject* object = iface->object();
-        out << where << ": unnamed role 0x" << QString::number(iface->role(), 16) << ' '
-            << (object ? QString::fromLatin1(object->metaObject()->className()) : QStringLiteral("(item)")) << ' '
-            << (object ? object->objectName() : QString()) << " under \""
-            << (iface->parent() ? iface->parent()->text(QAccessible::Name) : QString()) << "\"\n";
-        ++unnamed;
-    }
-    for (int i = 0; i < iface->childCount(); ++i)
-        unnamed += reportUnnamed(iface->child(i), where, out, depth + 1);
-    return unnamed;
 }
 
 } // namespace
@@ -163,6 +107,13 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     connect(m_pageList, &QListWidget::currentRowChanged, this, &GalleryWindow::showPage);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);
     connect(m_darkBox, &QCheckBox::toggled, this, &GalleryWindow::setDarkTheme);
+    // A keyboard user must see where the focus is: the page scrolls to it,
+    // also when it comes from outside the page (the page list, a mnemonic).
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        auto* scroll = qobject_cast<QScrollArea*>(m_pages->currentWidget());
+        if (now && scroll && scroll->widget() && scroll->widget()->isAncestorOf(now))
+            scroll->ensureWidgetVisible(now);
+    });
 
     // As large as the pages like, but never past the screen: pages scroll
     // when the window is smaller than they are.
@@ -291,25 +242,7 @@ void GalleryWindow::showPage(int row)
 int GalleryWindow::checkAccessibility(QTextStream& out)
 {
     resize(designSize());
-    show();
-    const QList<GalleryPage> pages = GalleryPages::all();
-    int unnamed = 0;
-    for (int i = 0; i < pages.size(); ++i) {
-        m_pageList->setCurrentRow(i);
-        QApplication::processEvents();
-        unnamed += reportUnnamed(QAccessible::queryAccessibleInterface(this), pages.at(i).name, out);
-        // Menus are windows of their own: walk each of the page's open.
-        QWidget* page = static_cast<QScrollArea*>(m_pages->widget(i))->widget();
-        for (QMenu* menu : page->findChildren<QMenu*>()) {
-            menu->popup(mapToGlobal(QPoint(0, 0)));
-            QApplication::processEvents();
-            unnamed += reportUnnamed(QAccessible::queryAccessibleInterface(menu), pages.at(i).name + QLatin1String(" menu"),
-                                     out);
-            menu->hide();
-        }
-    }
-    out.flush();
-    return unnamed;
+    return AccessibilityWalk(this, m_pageList, m_pages, out).run();
 }
 
 bool GalleryWindow::saveScreenshots(const QString& dir)

@@ -25,11 +25,7 @@ public:
 
     /** Renders every page (and its extra states) to DIR/<page>.png; false if one could not be written. */
     bool saveScreenshots(const QString& dir);
-    /**
-     * Shows every page and walks what a screen reader sees of the window (and
-     * of the page's menu when it is open): every interactive object must have
-     * a name. Writes one line per unnamed one to @p out and returns how many.
-     */
+    /** Walks every page as AccessibilityWalk does; one line per problem to @p out, returns how many. */
     int checkAccessibility(QTextStream& out);
 
 private:

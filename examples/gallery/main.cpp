@@ -3,9 +3,9 @@
 //   orvacat-gallery [--theme DIR] [--language CODE] [--screenshot DIR] [--check-accessibility]
 //
 // With --screenshot it renders every page to DIR/<page>.png and exits; with
-// --check-accessibility it lists every interactive object a screen reader
-// would find without a name, on every page, and fails if there is one. Both
-// need no display.
+// --check-accessibility it walks every page as a screen reader and a keyboard
+// user would (with its sheets, menus and popups open), lists every problem it
+// meets and fails if there is one. Both need no display.
 
 #include "gallerywindow.h"
 
@@ -68,7 +68,7 @@ int main(int argc, char** argv)
                                         QStringLiteral("Render every page to DIR/<page>.png and exit."),
                                         QStringLiteral("dir"));
     QCommandLineOption checkOption(QStringLiteral("check-accessibility"),
-                                   QStringLiteral("List the unnamed interactive objects of every page and exit."));
+                                   QStringLiteral("Walk every page as a screen reader and a keyboard user would, list the problems and exit."));
     parser.addOptions({themeOption, languageOption, screenshotOption, checkOption});
     parser.process(app);
 
@@ -109,9 +109,9 @@ int main(int argc, char** argv)
     GalleryWindow window(themeDir, language);
     if (parser.isSet(checkOption)) {
         QTextStream out(stdout);
-        const int unnamed = window.checkAccessibility(out);
-        out << unnamed << " unnamed interactive objects\n";
-        return unnamed == 0 ? 0 : 1;
+        const int problems = window.checkAccessibility(out);
+        out << problems << " accessibility problems\n";
+        return problems == 0 ? 0 : 1;
     }
     if (screenshots) {
         const QString dir = QFileInfo(parser.value(screenshotOption)).absoluteFilePath();

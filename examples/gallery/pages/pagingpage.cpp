@@ -72,6 +72,8 @@ public:
         m_table->horizontalHeader()->setStyleSheet(getStyleSheet("component.table_header", false));
         m_table->verticalHeader()->hide();
         m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        // One Tab stop, as the toolkit's table: the arrow keys walk the rows.
+        m_table->setTabKeyNavigation(false);
         m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
         m_table->setShowGrid(false);
         m_table->setAlternatingRowColors(true);
