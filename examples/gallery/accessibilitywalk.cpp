@@ -143,11 +143,10 @@ void AccessibilityWalk::problem(const QString& where, const QString& text)
     ++m_problems;
 }
 
-int AccessibilityWalk::reportUnnamed(QAccessibleInterface* iface, const QString& where, int depth)
+void AccessibilityWalk::reportUnnamed(QAccessibleInterface* iface, const QString& where, int depth)
 {
     if (!iface || !iface->isValid() || iface->state().invisible || depth > 64)
-        return 0;
-    int unnamed = 0;
+        return;
     // A separator names nothing and needs no name.
     const bool separator = iface->role() == QAccessible::Separator;
     if (!separator && isInteractive(iface) && iface->text(QAccessible::Name).trimmed().isEmpty()) {
@@ -157,11 +156,9 @@ int AccessibilityWalk::reportUnnamed(QAccessibleInterface* iface, const QString&
                                 object ? QString::fromLatin1(object->metaObject()->className()) : QStringLiteral("(item)"),
                                 object ? object->objectName() : QString(),
                                 iface->parent() ? iface->parent()->text(QAccessible::Name) : QString()));
-        ++unnamed;
     }
     for (int i = 0; i < iface->childCount(); ++i)
-        unnamed += reportUnnamed(iface->child(i), where, depth + 1);
-    return unnamed;
+        reportUnnamed(iface->child(i), where, depth + 1);
 }
 
 void AccessibilityWalk::pressKey(int key, Qt::KeyboardModifiers modifiers)
@@ -336,10 +333,14 @@ void AccessibilityWalk::checkRunningSheet(const QString& where, QWidget* sheet)
         problem(where, QStringLiteral("the focus is on %1, outside it").arg(describe(QApplication::focusWidget())));
     for (int i = 0; i < tabsInsideModal; ++i) {
         pressKey(Qt::Key_Tab);
-        if (!isInside(QApplication::focusWidget(), sheet)) {
-            problem(where, QStringLiteral("Tab leaves it for %1").arg(describe(QApplication::focusWidget())));
+        QWidget* now = QApplication::focusWidget();
+        if (!isInside(now, sheet)) {
+            problem(where, QStringLiteral("Tab leaves it for %1").arg(describe(now)));
             break;
         }
+        const QString why = sheet->isWindow() ? QString() : hiddenStop(now);
+        if (!why.isEmpty())
+            problem(where, QStringLiteral("Tab stops on %1, which is %2").arg(describe(now), why));
     }
 }
 

@@ -27,7 +27,7 @@ public:
     int run();
 
 private:
-    int reportUnnamed(QAccessibleInterface* iface, const QString& where, int depth = 0);
+    void reportUnnamed(QAccessibleInterface* iface, const QString& where, int depth = 0);
     void problem(const QString& where, const QString& text);
 
     void walkKeyboard(const QString& where, bool forward);
