@@ -107,12 +107,15 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     connect(m_pageList, &QListWidget::currentRowChanged, this, &GalleryWindow::showPage);
     connect(m_languageBox, &QComboBox::currentTextChanged, this, &GalleryWindow::setLanguage);
     connect(m_darkBox, &QCheckBox::toggled, this, &GalleryWindow::setDarkTheme);
-    // A keyboard user must see where the focus is: the page scrolls to it,
-    // also when it comes from outside the page (the page list, a mnemonic).
+    // A keyboard user must see where the focus is: the page scrolls to the
+    // whole control (ensureWidgetVisible() settles for a text cursor or a
+    // table's current cell), also when the focus comes from outside the page.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         auto* scroll = qobject_cast<QScrollArea*>(m_pages->currentWidget());
-        if (now && scroll && scroll->widget() && scroll->widget()->isAncestorOf(now))
-            scroll->ensureWidgetVisible(now);
+        if (!now || !scroll || !scroll->widget() || !scroll->widget()->isAncestorOf(now))
+            return;
+        const QRect area(now->mapTo(scroll->widget(), QPoint(0, 0)), now->size());
+        scroll->ensureVisible(area.center().x(), area.center().y(), area.width() / 2 + px(6), area.height() / 2 + px(6));
     });
 
     // As large as the pages like, but never past the screen: pages scroll
