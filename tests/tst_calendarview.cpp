@@ -283,6 +283,16 @@ private Q_SLOTS:
         QCOMPARE(heard(QAccessible::queryAccessibleInterface(view)->focusChild()),
                  QStringLiteral("Samstag, 17 Februar 2024 selected focused"));
 
+        // With the focus in another window, nothing in the calendar is focused for a screen reader.
+        QLineEdit elsewhere;
+        elsewhere.show();
+        QApplication::setActiveWindow(&elsewhere);
+        elsewhere.setFocus();
+        QTRY_VERIFY(elsewhere.hasFocus());
+        QVERIFY(!QAccessible::queryAccessibleInterface(view)->focusChild());
+        QApplication::setActiveWindow(view);
+        grid->setFocus();
+
         // Paged to another month, the grid is renamed and the same cells name other days; today says so.
         const QDate today = QDate::currentDate();
         view->setCurrentPage(today.year(), today.month());

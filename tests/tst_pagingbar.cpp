@@ -2,6 +2,7 @@
 
 #include "testenvironment.h"
 #include "testmain.h"
+#include "warningcollector.h"
 
 #include <orvacat/orvacat.h>
 
@@ -208,6 +209,14 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), 3);
         click(f.arrow(Bar::Refresh));
         QCOMPARE(QPoint(changed.count(), refreshed.count()), QPoint(3, 1));
+        // A slot connected to the wrong index warns and leaves the page alone.
+        {
+            WarningCollector warnings;
+            for (int index : {-1, 5})
+                f.bar->pageClick(index);
+            QCOMPARE(warnings.count(), 2);
+        }
+        QCOMPARE(changed.count(), 3);
 
         // reset() tells the host every time, also when already on page 1.
         f.bar->reset();
