@@ -110,7 +110,7 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
     // A keyboard user must see where the focus is: the page scrolls to the
     // whole control (ensureWidgetVisible() settles for a text cursor or a
     // table's current cell), also when the focus comes from outside the page.
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    m_followFocus = connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         auto* scroll = qobject_cast<QScrollArea*>(m_pages->currentWidget());
         if (!now || !scroll || !scroll->widget() || !scroll->widget()->isAncestorOf(now))
             return;
@@ -125,6 +125,11 @@ GalleryWindow::GalleryWindow(const QString& themeDir, const QString& language, Q
         size = size.boundedTo(screen->availableGeometry().size() * 0.9);
     resize(size);
     rebuildPages();
+}
+
+GalleryWindow::~GalleryWindow()
+{
+    disconnect(m_followFocus);
 }
 
 void GalleryWindow::setLanguage(const QString& language)

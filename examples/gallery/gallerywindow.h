@@ -22,6 +22,7 @@ class GalleryWindow : public QWidget
 
 public:
     GalleryWindow(const QString& themeDir, const QString& language, QWidget* parent = nullptr);
+    ~GalleryWindow() override;
 
     /** Renders every page (and its extra states) to DIR/<page>.png; false if one could not be written. */
     bool saveScreenshots(const QString& dir);
@@ -47,6 +48,8 @@ private:
     QCheckBox* m_darkBox = nullptr;
     QListWidget* m_pageList;
     QStackedWidget* m_pages;
+    // Cut before the window goes: closing it still moves the focus.
+    QMetaObject::Connection m_followFocus;
 };
 
 #endif // ORVACAT_GALLERY_GALLERYWINDOW_H
