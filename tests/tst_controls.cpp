@@ -26,9 +26,9 @@ QImage shownImage(const QToolButton* button)
     return button->icon().pixmap(button->icon().availableSizes().first()).toImage();
 }
 
-QPixmap solid(QRgb colour, int side)
+QPixmap solid(QRgb colour)
 {
-    QPixmap pixmap(side, side);
+    QPixmap pixmap(33, 33);
     pixmap.fill(QColor(colour));
     return pixmap;
 }
@@ -78,10 +78,8 @@ QString announced;
 
 void recordAnnouncement(QAccessibleEvent* event)
 {
-    if (event->object() == announcedFor && event->type() == QAccessible::NameChanged)
-        announced += QLatin1Char('N');
-    else if (event->object() == announcedFor && event->type() == QAccessible::DescriptionChanged)
-        announced += QLatin1Char('D');
+    if (event->object() == announcedFor && (event->type() == QAccessible::NameChanged || event->type() == QAccessible::DescriptionChanged))
+        announced += QLatin1Char(event->type() == QAccessible::NameChanged ? 'N' : 'D');
 }
 
 QAccessibleInterface* accessible(QObject* object)
@@ -119,18 +117,15 @@ private Q_SLOTS:
     void iconButtonFollowsThePointer();
     void iconButtonFromOnePicture();
 
-    void lineEditTypesValidatesAndShowsErrors();
+    void lineEditIsNamedAndTellsItsError();
     void placeholderStaysApartFromTypedText();
     void labelGrowsToItsWrappedText();
     void linkLabelHoverLook_data();
     void linkLabelHoverLook();
     void linkLabelClickedBeforeThePress();
 
-    void buttonsAreNamedByWhatTheUserSees();
-    void lineEditIsNamedAndTellsItsError();
-    void linkLabelWorksFromTheKeyboard();
+    void buttonsAndLinkAreNamedAndWorkFromTheKeyboard();
 
-    void menuStaysOnScreen_data();
     void menuStaysOnScreen();
     void footbarPacksLeftAndRight();
     void tooltipText();
@@ -160,6 +155,7 @@ void TestControls::controlsTakeTheirStyleSheets()
     QCOMPARE(OrvaCheckBox(QStringLiteral("Remember me")).styleSheet(), getStyleSheet("component.checkbox", false));
     QCOMPARE(OrvaRadioButton(QStringLiteral("Daily")).styleSheet(), getStyleSheet("component.radio_button", false));
     QCOMPARE(OrvaLabel().styleSheet(), getStyleSheet("component.label", false));
+    QCOMPARE(OrvaIconButton(QStringLiteral("bt_pagebar_next")).styleSheet(), getStyleSheet("component.icon_button", false));
 }
 
 void TestControls::iconButtonFollowsThePointer_data()
@@ -181,11 +177,9 @@ void TestControls::iconButtonFollowsThePointer()
     // This picture is 24 pixels at 72 dpi: 32 at factor 4/3, 24 at ratio 2.
     const int side = DPIinfo::getInstance()->getDPI() > 1.2 ? 32 : 24;
     auto* button = new OrvaIconButton(QStringLiteral("bt_pagebar_next"));
-    QCOMPARE(button->styleSheet(), getStyleSheet("component.icon_button", false));
     Window shown(button);
     QVERIFY(QTest::qWaitForWindowActive(&shown.window));
     QSignalSpy clicked(button, &QToolButton::clicked);
-    QVERIFY(clicked.isValid());
     for (const QString& token : script.split(QLatin1Char(' '))) {
         act(token.section(QLatin1Char('='), 0, 0), button, shown.other);
         const int state = QStringLiteral("NHCD").indexOf(token.section(QLatin1Char('='), 1, 1));
@@ -201,64 +195,109 @@ void TestControls::iconButtonFromOnePicture()
 {
     // 33 x 33 device pixels: 17 x 17 at ratio 2 (the half rounds up), else 33 x 33.
     const int side = DPIinfo::getInstance()->getDPR() > 1.5 ? 17 : 33;
-    auto* button = new OrvaIconButton(solid(0xff336699, 33));
+    auto* button = new OrvaIconButton(solid(0xff336699));
     Window shown(button);
     QVERIFY(QTest::qWaitForWindowActive(&shown.window));
     QCOMPARE(button->iconSize(), QSize(side, side));
     QCOMPARE(button->sizePolicy(), QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed));
     // It serves every state, until a single-state setter replaces its own.
-    for (const char* step : {"enter", "press", "release", "disable", "enable"}) {
-        act(QLatin1String(step), button);
-        QCOMPARE(shownImage(button).pixel(16, 16), 0xff336699);
-    }
-    button->setHoverIcon(solid(0xff112233, 33));
-    button->setPressIcon(solid(0xff445566, 33));
-    button->setDisableIcon(solid(0xff778899, 33));
-    const QRgb expected[4] = {0xff112233, 0xff445566, 0xff336699, 0xff778899};
-    int next = 0;
-    for (const char* step : {"enter", "press", "release", "disable"}) {
-        act(QLatin1String(step), button);
-        QCOMPARE(shownImage(button).pixel(16, 16), expected[next++]);
+    const char* const steps[5] = {"enter", "press", "release", "disable", "enable"};
+    const QRgb own[5] = {0xff112233, 0xff445566, 0xff336699, 0xff778899, 0xff336699};
+    for (int pass = 0; pass < 2; ++pass) {
+        for (int i = 0; i < 5; ++i) {
+            act(QLatin1String(steps[i]), button);
+            QCOMPARE(shownImage(button).pixel(16, 16), pass ? own[i] : 0xff336699);
+        }
+        button->setHoverIcon(solid(own[0]));
+        button->setPressIcon(solid(own[1]));
+        button->setDisableIcon(solid(own[3]));
     }
     // New pictures from the registry show at once.
     button->setAllIcon(QStringLiteral("bt_pagebar_next"));
     QVERIFY(shownImage(button) == getGlobalImage("bt_pagebar_next", ImageManager::Normal).toImage());
 }
 
-void TestControls::lineEditTypesValidatesAndShowsErrors()
+void TestControls::lineEditIsNamedAndTellsItsError()
 {
-    OrvaLineEdit edit;
-    QVERIFY(edit.layout()->spacing() == 0 && edit.layout()->contentsMargins().isNull());
-    edit.setMargins(3, 5, 7, 11);
-    edit.setSpacing(6);
-    edit.getPreLabel()->setText(QStringLiteral("Year"));
-    edit.getPostLabel()->setText(QStringLiteral("AD"));
-    edit.resize(scaled(300), edit.sizeHint().height());
-    edit.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&edit));
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* port = new OrvaLineEdit;
+    port->setMargins(3, 5, 7, 11);
+    port->setSpacing(6);
+    port->getPreLabel()->setText(QStringLiteral("&Port"));
+    port->getPostLabel()->setText(QStringLiteral("1 to 65535"));
+    auto* search = new OrvaLineEdit;
+    search->getLineEdit()->setPlaceholderText(QStringLiteral("Search invoices"));
+    auto* hostLabel = new QLabel(QStringLiteral("&Server"));
+    auto* server = new OrvaLineEdit;
+    hostLabel->setBuddy(server);
+    for (QWidget* widget : QWidgetList{port, search, hostLabel, server})
+        layout->addWidget(widget);
+    window.show();
+    // Without a window manager (the X11 run) nothing else activates it.
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
     // Label, field, label from left to right: at factor 4/3 a margin of 3 is 4, a spacing of 6 is 8.
-    const QRect pre = edit.getPreLabel()->geometry();
-    const QRect field = edit.getLineEdit()->geometry();
+    QLineEdit* field = port->getLineEdit();
+    const QRect pre = port->getPreLabel()->geometry();
     QCOMPARE(pre.topLeft(), QPoint(scaled(3), scaled(5)));
-    QCOMPARE(field.left() - pre.right() - 1, scaled(6));
-    QCOMPARE(edit.getPostLabel()->geometry().left() - field.right() - 1, scaled(6));
+    QCOMPARE(field->geometry().left() - pre.right() - 1, scaled(6));
+    QCOMPARE(port->getPostLabel()->geometry().left() - field->geometry().right() - 1, scaled(6));
+
+    QCOMPARE(accessible(field)->role(), QAccessible::EditableText);
+    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("1 to 65535"));
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Search invoices"));
+    QCOMPARE(accessibleName(server->getLineEdit()), QStringLiteral("Server"));
+    // The labels' mnemonics reach the fields; a host's label needs the field as its buddy for that.
+    hostLabel->setBuddy(server->getLineEdit());
+    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
+    QTRY_VERIFY(server->getLineEdit()->hasFocus());
+    QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
+    QTRY_VERIFY(field->hasFocus());
 
     // Without a validator anything is valid, even nothing.
-    QVERIFY(edit.validate());
-    edit.setValidator([](const QString& text) { return text.toInt() > 0; });
-    QVERIFY(!edit.validate());
-    QTest::keyClicks(edit.getLineEdit(), QStringLiteral("20x4"));
-    QCOMPARE(edit.getEditText(), QStringLiteral("20x4"));
-    QVERIFY(!edit.validate());
-    // Validating does not change the look; setError does, at once, to the theme's error fill.
-    QCOMPARE(TestEnvironment::centreColour(edit.getLineEdit()), QColor(Qt::white));
-    edit.setError(true);
-    const QColor error = TestEnvironment::centreColour(edit.getLineEdit());
+    QVERIFY(port->validate());
+    port->setValidator([](const QString& text) { return text.toInt() > 0; });
+    QTest::keyClicks(field, QStringLiteral("80a"));
+    QCOMPARE(port->getEditText(), QStringLiteral("80a"));
+    QVERIFY(!port->validate());
+    // Validating does not change the look; setError does, at once, to the theme's error fill,
+    // and tells a screen reader in the name and the description.
+    QCOMPARE(TestEnvironment::centreColour(field), QColor(Qt::white));
+    port->setError(true);
+    const QColor error = TestEnvironment::centreColour(field);
     QVERIFY2(error.red() > error.blue(), qPrintable(error.name()));
-    QTest::keyClicks(edit.getLineEdit(), QStringLiteral("\b\b4"));
-    QVERIFY(edit.validate());
-    edit.setError(false);
-    QCOMPARE(TestEnvironment::centreColour(edit.getLineEdit()), QColor(Qt::white));
+    const QString invalid = QStringLiteral("Invalid entry");
+    QCOMPARE(accessibleName(field), QStringLiteral("Port (%1)").arg(invalid));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), invalid + QStringLiteral(". 1 to 65535"));
+    QTest::keyClicks(field, QStringLiteral("\b"));
+    QVERIFY(port->validate());
+    port->setError(false);
+    QCOMPARE(TestEnvironment::centreColour(field), QColor(Qt::white));
+    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
+    field->setToolTip(getHtmlEscapedStringForToolTip(QStringLiteral("The server's\nport")));
+    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("The server's port. 1 to 65535"));
+
+    // A name the host gives the field is kept, and marked as well.
+    search->getLineEdit()->setAccessibleName(QStringLiteral("Invoice search"));
+    search->setError(true);
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search (%1)").arg(invalid));
+    search->setError(false);
+    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search"));
+
+    // A screen reader is told of each change, and only of changes. Qt tells
+    // only while one listens: the suite's AT-SPI registration checks this.
+    if (!qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"))
+        QSKIP("no screen reader listens here");
+    QVERIFY2(QTest::qWaitFor([] { return QAccessible::isActive(); }, 5000), "No AT-SPI bus to talk to");
+    announcedFor = field;
+    QAccessible::installUpdateHandler(&recordAnnouncement);
+    port->setError(true);
+    port->setError(true);
+    port->setError(false);
+    QAccessible::installUpdateHandler(nullptr);
+    QCOMPARE(announced, QStringLiteral("NDND"));
 }
 
 void TestControls::placeholderStaysApartFromTypedText()
@@ -293,7 +332,6 @@ void TestControls::labelGrowsToItsWrappedText()
             const bool follows = wrap && policy == QSizePolicy::Minimum;
             QWidget window;
             auto* label = new OrvaLabel(QString::fromLatin1(longText), &window);
-            QCOMPARE(label->styleSheet(), getStyleSheet("component.label", false));
             label->setWordWrap(wrap);
             label->setSizePolicy(QSizePolicy::Preferred, policy);
             label->setMinimumHeight(7);
@@ -314,10 +352,9 @@ void TestControls::linkLabelHoverLook_data()
 {
     // Steps, each optionally with "=" and whether the hover look (hand cursor, underline) is on after it.
     QTest::addColumn<QString>("script");
-    QTest::newRow("enter and leave") << "=off enter=on leave=off enter=on leave=off";
-    QTest::newRow("two enters, one leave") << "enter enter=on leave=off";
-    QTest::newRow("disabled while hovered") << "enter disable=off enter=off leave=off enable=off enter=on leave=off";
-    QTest::newRow("hidden while hovered") << "enter hide=off show=off leave=off";
+    QTest::newRow("enter and leave, twice") << "=off enter=on enter=on leave=off enter=on leave=off";
+    QTest::newRow("disabled or hidden while hovered")
+        << "enter disable=off enter=off leave=off enable=off enter=on hide=off show=off leave=off";
     QTest::newRow("deleted while hovered") << "enter=on delete=off";
     // A host's own override cursor is neither replaced nor lost, even pushed over the hand.
     QTest::newRow("host cursor") << "host enter=on leave=off leave";
@@ -356,7 +393,6 @@ void TestControls::linkLabelClickedBeforeThePress()
     holder.show();
     QVERIFY(QTest::qWaitForWindowExposed(&holder));
     QSignalSpy clicked(link, &LinkLabel::clicked);
-    QVERIFY(clicked.isValid());
     bool downAtSignal = true;
     connect(link, &LinkLabel::clicked, this, [&] { downAtSignal = holder.isDown(); });
     QTest::mousePress(link, Qt::LeftButton);
@@ -372,7 +408,7 @@ void TestControls::linkLabelClickedBeforeThePress()
     QVERIFY(holder.children().isEmpty());
 }
 
-void TestControls::buttonsAreNamedByWhatTheUserSees()
+void TestControls::buttonsAndLinkAreNamedAndWorkFromTheKeyboard()
 {
     // Icon buttons in a titled group: each named by its own tooltip, never by
     // the group's title, and without the tooltip's markup.
@@ -390,24 +426,21 @@ void TestControls::buttonsAreNamedByWhatTheUserSees()
     remove->setToolTip(QStringLiteral("<p>Deletes the <b>file</b></p>"));
     auto* hidden = new OrvaCheckBox(QStringLiteral("Show hidden files"));
     hidden->setTristate(true);
+    auto* link = new LinkLabel(QStringLiteral("Open the <b>help</b>"));
+    link->setHyperLink(QStringLiteral("https://help.example.org"));
+    link->setToolTip(QStringLiteral("<p>Opens in <i>your</i> browser</p>"));
     auto* daily = new OrvaRadioButton(QStringLiteral("Daily"));
-    for (QWidget* widget : {static_cast<QWidget*>(refresh), static_cast<QWidget*>(bare), static_cast<QWidget*>(labelled),
-                            static_cast<QWidget*>(search), static_cast<QWidget*>(remove), static_cast<QWidget*>(hidden),
-                            static_cast<QWidget*>(daily)})
+    for (QWidget* widget : QWidgetList{refresh, bare, labelled, search, remove, hidden, link, daily})
         layout->addWidget(widget);
     group.show();
     QVERIFY(QTest::qWaitForWindowActive(&group));
 
-    QCOMPARE(accessibleName(refresh), QStringLiteral("Reload <all> pages"));
     QCOMPARE(accessible(refresh)->text(QAccessible::Description), QString());
     QCOMPARE(accessible(refresh)->role(), QAccessible::PushButton);
-    QCOMPARE(accessibleName(bare), QStringLiteral("Next page"));
     QCOMPARE(accessible(search)->role(), QAccessible::ButtonMenu);
     QVERIFY(accessible(search)->state().hasPopup);
     QCOMPARE(accessibleName(search), QString());
     search->setAccessibleName(QStringLiteral("Search options"));
-    QCOMPARE(accessibleName(search), QStringLiteral("Search options"));
-    QCOMPARE(accessibleName(remove), QStringLiteral("Delete"));
     // Alt and the caption's mnemonic press it; an icon button has no such key.
     const QString pressing = QAccessibleActionInterface::pressAction();
     QCOMPARE(accessible(remove)->actionInterface()->keyBindingsForAction(pressing), QStringList(QStringLiteral("Alt+D")));
@@ -418,161 +451,63 @@ void TestControls::buttonsAreNamedByWhatTheUserSees()
     hidden->setToolTip(QStringLiteral("Also <i>dot</i> files"));
     QCOMPARE(accessible(hidden)->text(QAccessible::Description), QStringLiteral("Also dot files"));
     QCOMPARE(accessible(daily)->role(), QAccessible::RadioButton);
+    QCOMPARE(accessible(link)->role(), QAccessible::Link);
+    QCOMPARE(accessible(link)->text(QAccessible::Value), QStringLiteral("https://help.example.org"));
+    QCOMPARE(accessible(link)->text(QAccessible::Description), QStringLiteral("Opens in your browser"));
 
-    // Tab reaches the icon buttons as it reaches the others, in layout order.
+    // Tab reaches the icon buttons and the link as it reaches the others, in layout order.
     refresh->setFocus();
     QStringList stops;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 6; ++i) {
         stops << accessibleName(QApplication::focusWidget());
         QVERIFY(accessible(QApplication::focusWidget())->state().focused);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     QCOMPARE(stops.join(QLatin1Char('|')),
-             QStringLiteral("Reload <all> pages|Next page|Search options|Delete|Show hidden files"));
+             QStringLiteral("Reload <all> pages|Next page|Search options|Delete|Show hidden files|Open the help"));
 
     // The actions act as a click does, and the states follow.
     QSignalSpy clicked(refresh, &QToolButton::clicked);
-    QVERIFY(clicked.isValid());
-    press(refresh, QAccessibleActionInterface::pressAction());
+    press(refresh, pressing);
     QCOMPARE(clicked.count(), 1);
     press(hidden, QAccessibleActionInterface::toggleAction());
     QVERIFY(accessible(hidden)->state().checked);
     hidden->setCheckState(Qt::PartiallyChecked);
     QVERIFY(accessible(hidden)->state().checkStateMixed);
-    // A menu popped up from a button is named after it.
-    auto* menu = new OrvaMenu(remove);
-    menu->addAction(QStringLiteral("Shred"));
-    menu->popup(remove->mapToGlobal(QPoint()));
-    QCOMPARE(accessibleName(menu), QStringLiteral("Delete"));
-    menu->hide();
-    remove->setEnabled(false);
-    QVERIFY(accessible(remove)->state().disabled);
-    QVERIFY(!accessible(remove)->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
-}
-
-void TestControls::lineEditIsNamedAndTellsItsError()
-{
-    QWidget window;
-    auto* layout = new QVBoxLayout(&window);
-    auto* port = new OrvaLineEdit;
-    port->getPreLabel()->setText(QStringLiteral("&Port"));
-    port->getPostLabel()->setText(QStringLiteral("1 to 65535"));
-    auto* search = new OrvaLineEdit;
-    search->getLineEdit()->setPlaceholderText(QStringLiteral("Search invoices"));
-    auto* hostLabel = new QLabel(QStringLiteral("&Server"));
-    auto* server = new OrvaLineEdit;
-    hostLabel->setBuddy(server);
-    for (QWidget* widget : {static_cast<QWidget*>(port), static_cast<QWidget*>(search), static_cast<QWidget*>(hostLabel),
-                            static_cast<QWidget*>(server)})
-        layout->addWidget(widget);
-    window.show();
-    // Without a window manager (the X11 run) nothing else activates it.
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-
-    QLineEdit* field = port->getLineEdit();
-    QCOMPARE(accessible(field)->role(), QAccessible::EditableText);
-    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
-    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("1 to 65535"));
-    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Search invoices"));
-    QCOMPARE(accessibleName(server->getLineEdit()), QStringLiteral("Server"));
-    // The labels' mnemonics reach the fields; a host's label needs the field as its buddy for that.
-    hostLabel->setBuddy(server->getLineEdit());
-    QTest::keyClick(&window, Qt::Key_S, Qt::AltModifier);
-    QTRY_VERIFY(server->getLineEdit()->hasFocus());
-    QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier);
-    QTRY_VERIFY(field->hasFocus());
-
-    // The error reaches a screen reader in the name and the description.
-    QTest::keyClicks(field, QStringLiteral("80a"));
-    port->setError(true);
-    const QString invalid = QStringLiteral("Invalid entry");
-    QCOMPARE(accessibleName(field), QStringLiteral("Port (%1)").arg(invalid));
-    QCOMPARE(accessible(field)->text(QAccessible::Description), invalid + QStringLiteral(". 1 to 65535"));
-    port->setError(false);
-    QCOMPARE(accessibleName(field), QStringLiteral("Port"));
-    field->setToolTip(getHtmlEscapedStringForToolTip(QStringLiteral("The server's\nport")));
-    QCOMPARE(accessible(field)->text(QAccessible::Description), QStringLiteral("The server's port. 1 to 65535"));
-
-    // A name the host gives the field is kept, and marked as well.
-    search->getLineEdit()->setAccessibleName(QStringLiteral("Invoice search"));
-    search->setError(true);
-    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search (%1)").arg(invalid));
-    search->setError(false);
-    QCOMPARE(accessibleName(search->getLineEdit()), QStringLiteral("Invoice search"));
-
-    // A screen reader is told of each change, and only of changes. Qt tells
-    // only while one listens: the suite's AT-SPI registration checks this.
-    if (!qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"))
-        QSKIP("no screen reader listens here");
-    QVERIFY2(QTest::qWaitFor([] { return QAccessible::isActive(); }, 5000), "No AT-SPI bus to talk to");
-    announcedFor = field;
-    QAccessible::installUpdateHandler(&recordAnnouncement);
-    port->setError(true);
-    port->setError(true);
-    port->setError(false);
-    QAccessible::installUpdateHandler(nullptr);
-    QCOMPARE(announced, QStringLiteral("NDND"));
-}
-
-void TestControls::linkLabelWorksFromTheKeyboard()
-{
-    auto* link = new LinkLabel(QStringLiteral("Open the <b>help</b>"));
-    link->setHyperLink(QStringLiteral("https://help.example.org"));
-    Window shown(link);
-    QVERIFY(QTest::qWaitForWindowActive(&shown.window));
-    QSignalSpy clicked(link, &LinkLabel::clicked);
-    QVERIFY(clicked.isValid());
-
-    QCOMPARE(accessible(link)->role(), QAccessible::Link);
-    QCOMPARE(accessibleName(link), QStringLiteral("Open the help"));
-    QCOMPARE(accessible(link)->text(QAccessible::Value), QStringLiteral("https://help.example.org"));
-    link->setToolTip(QStringLiteral("<p>Opens in <i>your</i> browser</p>"));
-    QCOMPARE(accessible(link)->text(QAccessible::Description), QStringLiteral("Opens in your browser"));
-
-    // Tab reaches it; Return, Enter and Space open it once each, held keys and other keys do not.
-    QTest::keyClick(shown.other, Qt::Key_Tab);
-    QVERIFY(link->hasFocus());
-    QVERIFY(accessible(link)->state().focused);
+    // Return, Enter and Space open the link once each, held keys and other keys do not.
+    QSignalSpy opened(link, &LinkLabel::clicked);
     QTest::keyClick(link, Qt::Key_Return);
     QTest::keyClick(link, Qt::Key_Enter, Qt::KeypadModifier);
     QTest::keyClick(link, Qt::Key_Space);
-    QCOMPARE(clicked.count(), 3);
+    QCOMPARE(opened.count(), 3);
     QTest::keyPress(link, Qt::Key_Space);
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "), true);
     QApplication::sendEvent(link, &held);
     QTest::keyRelease(link, Qt::Key_Space);
     QTest::keyClick(link, Qt::Key_Return, Qt::ControlModifier);
     QTest::keyClick(link, Qt::Key_A);
-    QCOMPARE(clicked.count(), 4);
-    press(link, QAccessibleActionInterface::pressAction());
-    QCOMPARE(clicked.count(), 5);
-
-    // Disabled, it is neither a Tab stop nor pressable.
+    QCOMPARE(opened.count(), 4);
+    press(link, pressing);
+    QCOMPARE(opened.count(), 5);
+    // A menu popped up from a button is named after it.
+    auto* menu = new OrvaMenu(remove);
+    menu->addAction(QStringLiteral("Shred"));
+    menu->popup(remove->mapToGlobal(QPoint()));
+    QCOMPARE(accessibleName(menu), QStringLiteral("Delete"));
+    menu->hide();
+    // Disabled, neither is pressable, and the link is no Tab stop.
+    remove->setEnabled(false);
     link->setEnabled(false);
-    shown.other->setFocus();
-    QTest::keyClick(shown.other, Qt::Key_Tab);
-    QVERIFY(!link->hasFocus());
-    QVERIFY(!accessible(link)->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
-}
-
-void TestControls::menuStaysOnScreen_data()
-{
-    // Where the menu is asked to appear on each axis: "mid" inside, "far:N" reaching
-    // N past the available area's last coordinate, "near:N" starting N before it.
-    QTest::addColumn<QString>("x");
-    QTest::addColumn<QString>("y");
-    QTest::newRow("at the area's top-left corner") << "near:0" << "near:0";
-    QTest::newRow("one past the right edge") << "far:1" << "mid";
-    QTest::newRow("past the left edge") << "near:20" << "mid";
-    QTest::newRow("40 past the bottom edge") << "mid" << "far:40";
-    QTest::newRow("past the top edge") << "mid" << "near:15";
+    QVERIFY(accessible(remove)->state().disabled);
+    for (QWidget* widget : QWidgetList{remove, link})
+        QVERIFY(!accessible(widget)->actionInterface()->actionNames().contains(pressing));
+    hidden->setFocus();
+    QTest::keyClick(hidden, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), daily);
 }
 
 void TestControls::menuStaysOnScreen()
 {
-    QFETCH(QString, x);
-    QFETCH(QString, y);
     OrvaMenu menu;
     // Without the frame the offscreen platform adds, pos() is the menu's corner.
     menu.setWindowFlags(menu.windowFlags() | Qt::FramelessWindowHint);
@@ -586,21 +521,22 @@ void TestControls::menuStaysOnScreen()
         QTRY_COMPARE(QGuiApplication::primaryScreen()->availableGeometry(), QRect(20, 40, 1200, 900));
     }
     const QRect a = QGuiApplication::primaryScreen()->availableGeometry();
-    // {asked, expected}: pulled back to the last coordinate minus its length, or to 0 of the desktop.
-    const auto axis = [](const QString& where, int low, int high, int length) {
-        const int by = where.section(QLatin1Char(':'), 1).toInt();
-        if (where.startsWith(QLatin1String("far")))
-            return qMakePair(high - length + by, high - length);
-        if (where.startsWith(QLatin1String("near")))
-            return qMakePair(low - by, by ? 0 : low);
-        return qMakePair(low + 50, low + 50);
+    // Asked on each axis: "far:N" reaching N past the available area's last coordinate, "near:N" starting N before
+    // its first; {asked, expected}: pulled back to the last coordinate minus the length, or to 0 of the desktop.
+    const auto axis = [](const char* where, int low, int high, int length) {
+        const int by = QByteArray(where).mid(QByteArray(where).indexOf(':') + 1).toInt();
+        return where[0] == 'f' ? qMakePair(high - length + by, high - length) : qMakePair(low - by, by ? 0 : low);
     };
-    const auto h = axis(x, a.left(), a.right(), size.width());
-    const auto v = axis(y, a.top(), a.bottom(), size.height());
-    menu.move(h.first, v.first);
-    menu.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&menu));
-    QCOMPARE(menu.pos(), QPoint(h.second, v.second));
+    const char* const asked[][2] = {{"near:0", "near:0"}, {"far:1", "near:15"}, {"near:20", "far:40"}};
+    for (const auto& row : asked) {
+        const auto h = axis(row[0], a.left(), a.right(), size.width());
+        const auto v = axis(row[1], a.top(), a.bottom(), size.height());
+        menu.move(h.first, v.first);
+        menu.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&menu));
+        QCOMPARE(menu.pos(), QPoint(h.second, v.second));
+        menu.hide();
+    }
 }
 
 void TestControls::footbarPacksLeftAndRight()
